@@ -1,0 +1,13 @@
+# How this project's own code is compiled: link vaultpad_compile into every target of ours.
+find_package(PkgConfig REQUIRED)
+find_package(Threads REQUIRED)
+
+add_library(vaultpad_compile INTERFACE)
+target_compile_options(vaultpad_compile INTERFACE -Wall -Wextra -Wconversion -Wsign-conversion -Wshadow)
+if(VAULTPAD_WARNINGS_AS_ERRORS)
+    target_compile_options(vaultpad_compile INTERFACE -Werror)
+endif()
+if(VAULTPAD_SANITIZERS)
+    add_compile_options(-fsanitize=${VAULTPAD_SANITIZERS} -fno-omit-frame-pointer)
+    add_link_options(-fsanitize=${VAULTPAD_SANITIZERS})
+endif()

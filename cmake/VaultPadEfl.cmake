@@ -1,0 +1,16 @@
+# vaultpad_efl: the parts of EFL that the library uses. Debian's pkg-config files name folders that no package installs,
+# so CMake's own imported target for them is refused; here the existing folders are taken.
+pkg_check_modules(EFL REQUIRED elementary ecore ecore-evas ecore-wl2 evas eina)
+
+add_library(vaultpad_efl INTERFACE)
+foreach(directory IN LISTS EFL_INCLUDE_DIRS)
+    if(EXISTS ${directory})
+        target_include_directories(vaultpad_efl SYSTEM INTERFACE ${directory})
+    endif()
+endforeach()
+# Only what is called: pkg-config lists every library of EFL.
+foreach(library IN ITEMS elementary ecore_evas ecore_wl2 ecore evas eina)
+    target_link_libraries(vaultpad_efl INTERFACE ${library})
+endforeach()
+target_link_directories(vaultpad_efl INTERFACE ${EFL_LIBRARY_DIRS})
+target_compile_options(vaultpad_efl INTERFACE ${EFL_CFLAGS_OTHER})

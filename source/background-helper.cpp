@@ -1,0 +1,51 @@
+#include "background-helper.h"
+
+#include <signal.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <vector>
+
+#include "helper-paths.h"
+
+namespace vaultpad {
+
+namespace {
+
+// Killed, not yet reaped. The client's other children are its own to wait for, hence by id only.
+std::vector<pid_t>& killedHelpers() {
+    static std::vector<pid_t> pids;
+    return pids;
+}
+
+}  // namespace
+
+pid_t startBackgroundHelper(const char* mode, const char* voiceConnection) {
+    reapBackgroundHelpers();
+    const pid_t pid = fork();
+    if (pid == 0) {
+        execl(kBackgroundHelperPath, kBackgroundHelperPath, mode, voiceConnection, static_cast<char*>(nullptr));
+    }
+    return pid;
+}
+
+void killBackgroundHelper(int& pid) {
+    if (pid == -1) {
+        return;
+    }
+    kill(pid, SIGKILL);
+    // The child of a failed exec has 0 here, and waitpid(0) would take any child of the client's.
+    if (pid > 0) {
+        killedHelpers().push_back(pid);
+    }
+    pid = -1;
+}
+
+void reapBackgroundHelpers() {
+    std::vector<pid_t>& pids = killedHelpers();
+    const auto isGone = [](pid_t pid) { return waitpid(pid, nullptr, WNOHANG) != 0; };
+    pids.erase(std::remove_if(pids.begin(), pids.end(), isGone), pids.end());
+}
+
+}  // namespace vaultpad

@@ -1,0 +1,22 @@
+/* EFL, brought up for a client that may never have heard of it. */
+#ifndef VAULTPAD_SOURCE_TOOLKIT_SESSION_H
+#define VAULTPAD_SOURCE_TOOLKIT_SESSION_H
+
+namespace vaultpad {
+
+/*
+ * Holds EFL initialised while it lives. In a client that uses EFL this only counts; in any other it initialises Evas
+ * and Ecore without their system modules (and so without D-Bus), for the calling thread. The client's signal handlers
+ * are the same afterwards, both times.
+ */
+class ToolkitSession {
+public:
+    ToolkitSession();
+    ~ToolkitSession();
+    ToolkitSession(const ToolkitSession&) = delete;
+    ToolkitSession& operator=(const ToolkitSession&) = delete;
+};
+
+}  // namespace vaultpad
+
+#endif
