@@ -1,0 +1,41 @@
+#!/usr/bin/env bash
+# The demo as a user runs it without a terminal: demo-test.sh DEMO
+set -euo pipefail
+demo=$1
+folder=$(mktemp -d)
+trap 'rm -rf "$folder"' EXIT
+failures=0
+
+# expect NAME STATUS TEXT ARGUMENTS...: the demo must end with the status and say the text.
+expect() {
+    local name=$1 status=$2 text=$3 got=0
+    shift 3
+    "$demo" "$@" > "$folder/output" 2>&1 < /dev/null || got=$?
+    if [ "$got" -ne "$status" ] || ! grep -qF -- "$text" "$folder/output"; then
+        echo "FAILED: $name: status $got instead of $status, or no \"$text\" in:"
+        cat "$folder/output"
+        failures=$((failures + 1))
+    fi
+}
+
+typed="Decrypted text: 2580"
+expect "types 2580 by itself" 0 "$typed" --frames "$folder/frames"
+[ "$(ls "$folder/frames" | wc -l)" -ge 9 ] || { echo "FAILED: too few frames"; failures=$((failures + 1)); }
+for orientation in landscape portrait portrait-reversed; do
+    for type in pinpad keyboard; do
+        expect "$type $orientation" 0 "$typed" --type "$type" --orientation "$orientation" --display none
+    done
+done
+expect "1024-bit key" 0 "Encrypted session key: 128 bytes" --rsa-bits 1024 --display none
+expect "2048-bit key" 0 "Encrypted session key: 256 bytes" --rsa-bits 2048 --display none
+expect "PIN length" 0 "$typed" --pin-length 4 --display none
+expect "leaves" 0 "The pad was left" --keys Return,XF86Back --display none
+expect "keys run out" 1 "The keys ended before the pad was done." --keys Right --display none
+expect "wrong option" 109 "--nonsense" --nonsense
+expect "wrong type" 105 "pinpad" --type remote
+expect "wrong key list" 105 "write KEY*NUMBER" --keys 'Right*x'
+expect "no terminal" 1 "the pad could not be opened" --display terminal --keys Return
+expect "no key router" 1 "the plain family needs a Wayland compositor" --family plain --display none
+expect "help" 0 "--high-contrast" --help
+[ "$failures" -eq 0 ] && echo "all demo runs as expected"
+exit "$failures"
