@@ -1,0 +1,24 @@
+#include <vaultpad-platform/tzplatform-config.h>
+
+#include <string>
+
+#include "call-guard.h"
+#include "television.h"
+
+const char* tzplatform_mkpath(int variable, const char* path) {
+    if (variable != VAULTPAD_TZPLATFORM_APPLICATION_ROOT || path == nullptr) {
+        return nullptr;
+    }
+    return vaultpad::host::orFailure(static_cast<const char*>(nullptr), [path]() {
+        thread_local std::string joined;
+        const auto settings = vaultpad::host::television();
+        joined = settings ? settings->applicationRoot : VAULTPAD_HOST_APP_ROOT;
+        while (!joined.empty() && joined.back() == '/') {
+            joined.pop_back();
+        }
+        const std::string relative = path;
+        const std::size_t start = relative.find_first_not_of('/');
+        joined += '/' + (start == std::string::npos ? "" : relative.substr(start));
+        return joined.c_str();
+    });
+}
