@@ -3,8 +3,12 @@
 #include <Ecore.h>
 #include <Evas.h>
 #include <signal.h>
+#include <unistd.h>
 
 #include <array>
+#include <cstdio>
+#include <cstdlib>
+#include <string>
 
 namespace vaultpad {
 
@@ -40,17 +44,49 @@ private:
     sigset_t mask_{};
 };
 
+// Without a usable runtime folder EFL makes one in the client's home, and ends the process where it cannot. Nothing
+// here needs one, so for the time of the initialisation the temporary folder stands in.
+class RuntimeFolderGuard {
+public:
+    RuntimeFolderGuard() {
+        const char* folder = std::getenv(kVariable);
+        if (folder != nullptr && access(folder, R_OK | W_OK | X_OK) == 0) {
+            return;
+        }
+        replaced_ = true;
+        wasSet_ = folder != nullptr;
+        saved_ = wasSet_ ? folder : "";
+        setenv(kVariable, P_tmpdir, 1);
+    }
+    ~RuntimeFolderGuard() {
+        if (replaced_ && wasSet_) {
+            setenv(kVariable, saved_.c_str(), 1);
+        } else if (replaced_) {
+            unsetenv(kVariable);
+        }
+    }
+    RuntimeFolderGuard(const RuntimeFolderGuard&) = delete;
+    RuntimeFolderGuard& operator=(const RuntimeFolderGuard&) = delete;
+
+private:
+    static constexpr const char* kVariable = "XDG_RUNTIME_DIR";
+    bool replaced_ = false;
+    bool wasSet_ = false;
+    std::string saved_;
+};
+
 }  // namespace
 
 ToolkitSession::ToolkitSession() {
-    const SignalGuard guard;
+    const SignalGuard signals;
+    const RuntimeFolderGuard runtimeFolder;
     // Heeded by the first initialisation only: in a client that has EFL up its modules stay as they are.
     ecore_app_no_system_modules();
     evas_init();
 }
 
 ToolkitSession::~ToolkitSession() {
-    const SignalGuard guard;
+    const SignalGuard signals;
     evas_shutdown();
 }
 

@@ -119,6 +119,10 @@ std::shared_ptr<Element> ApplicationContextParser::traverse(const xmlpp::Node& n
         return {};
     }
     auto element = std::make_shared<Element>(name);
+    // Below a reference stands the entity's declaration, and from there all others: not part of the document.
+    if (dynamic_cast<const xmlpp::EntityReference*>(&node) != nullptr) {
+        return element;
+    }
     for (const auto* childNode : node.get_children()) {
         std::shared_ptr<Element> child = traverse(*childNode);
         if (child) {
