@@ -25,6 +25,7 @@ namespace {
 
 constexpr int kChannelInTa = 3;
 constexpr std::chrono::seconds kGrace{2};
+constexpr useconds_t kLookAgainMicroseconds = 5000;
 
 std::vector<std::string> commandLine(const Television& television) {
     std::vector<std::string> words = {television.taExecutable, "--channel", std::to_string(kChannelInTa), "--display",
@@ -122,10 +123,10 @@ int TaProcess::start(const Television& television, int channel) {
         return failed;
     }
     pidfd_ = UniqueFd(pidfd_open(pid_, 0));
-    if (pidfd_.valid()) {
+    /* A system without process descriptors, or valgrind, is no reason to have no pad. */
+    if (pidfd_.valid() || errno == ENOSYS) {
         return 0;
     }
-    /* Without a descriptor it cannot be waited for in bounded time. */
     const int error = errno;
     if (error != ESRCH) {
         kill(pid_, SIGKILL);
@@ -135,17 +136,38 @@ int TaProcess::start(const Television& television, int channel) {
     return error;
 }
 
+bool TaProcess::endsInTime() const {
+    const PollClock::time_point deadline = PollClock::now() + kGrace;
+    if (pidfd_.valid()) {
+        return pollUntil(pidfd_.get(), POLLIN, deadline) == PollResult::kReady;
+    }
+    while (PollClock::now() < deadline) {
+        siginfo_t ended = {};
+        if (waitid(P_PID, static_cast<id_t>(pid_), &ended, WEXITED | WNOHANG | WNOWAIT) != 0 || ended.si_pid != 0) {
+            return true;
+        }
+        usleep(kLookAgainMicroseconds);
+    }
+    return false;
+}
+
 std::string TaProcess::end() noexcept {
     if (pid_ == 0) {
         return "";
     }
-    if (pollUntil(pidfd_.get(), POLLIN, PollClock::now() + kGrace) != PollResult::kReady) {
+    if (!endsInTime()) {
         VAULTPAD_HOST_LOG_ERROR("the trusted application (process %d) does not end and is killed", pid_);
-        pidfd_send_signal(pidfd_.get(), SIGKILL, nullptr, 0);
-        pollUntil(pidfd_.get(), POLLIN, PollClock::now() + kGrace);
+        if (pidfd_.valid()) {
+            pidfd_send_signal(pidfd_.get(), SIGKILL, nullptr, 0);
+        } else {
+            kill(pid_, SIGKILL);
+        }
+        endsInTime();
     }
     siginfo_t ended = {};
-    const bool reaped = waitid(P_PIDFD, static_cast<id_t>(pidfd_.get()), &ended, WEXITED | WNOHANG) == 0;
+    const idtype_t kind = pidfd_.valid() ? P_PIDFD : P_PID;
+    const auto id = static_cast<id_t>(pidfd_.valid() ? pidfd_.get() : pid_);
+    const bool reaped = waitid(kind, id, &ended, WEXITED | WNOHANG) == 0;
     pid_ = 0;
     pidfd_.reset();
     return reaped && ended.si_pid != 0 ? describe(ended) : "cause unknown";

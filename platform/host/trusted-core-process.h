@@ -32,6 +32,8 @@ public:
     std::string end() noexcept;
 
 private:
+    bool endsInTime() const;
+
     pid_t pid_ = 0;
     UniqueFd pidfd_;
 };
