@@ -156,10 +156,10 @@ void Session::draw() {
     screen_->showPad(layers, pad_->area());
 }
 
-// What the key did stands, whatever becomes of its picture.
-void Session::drawChange() {
+// What a key did stands, whatever becomes of its picture.
+void Session::tryOnDisplay(const std::function<void()>& action) {
     try {
-        draw();
+        action();
     } catch (const std::exception& error) {
         log_->line(std::string("the display fails: ") + error.what());
     }
@@ -189,7 +189,7 @@ Answer Session::pressOnPad(std::uint32_t keyCode) {
         case PadEntry::Effect::Nothing:
             return answer;
         case PadEntry::Effect::Changed:
-            drawChange();
+            tryOnDisplay([this] { draw(); });
             typed_ = typed_ || !entry_->text().empty();
             break;
         case PadEntry::Effect::Completed:
@@ -216,7 +216,7 @@ Answer Session::pressOnPad(std::uint32_t keyCode) {
 void Session::close(const char* how) {
     entry_->restart();
     stage_ = Stage::Closed;
-    screen_->hide();
+    tryOnDisplay([this] { screen_->hide(); });
     log_->line(std::string("pad ") + how);
 }
 

@@ -3,6 +3,7 @@
 #define VAULTPAD_SECURE_WORLD_SESSION_SESSION_H
 
 #include <cstdint>
+#include <functional>
 #include <optional>
 #include <string>
 #include <vector>
@@ -47,7 +48,7 @@ private:
     void close(const char* how);
     void buildPad();
     void draw();
-    void drawChange();
+    void tryOnDisplay(const std::function<void()>& action);
     void requireThat(bool condition, const char* reason) const;
 
     Screen* screen_;

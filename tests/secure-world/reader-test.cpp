@@ -2,22 +2,15 @@
 
 #include <gtest/gtest.h>
 
-#include <algorithm>
 #include <string>
 
+#include "sample-pads.h"
 #include "session/refusal.h"
 #include "session/text.h"
 #include "ta-client.h"
 
 namespace vaultpad::secureworld {
 namespace {
-
-// On the heap in its exact size, so that a sanitizer sees a read beyond it.
-RequestBytes requestOf(const Bytes& bytes) {
-    const std::shared_ptr<std::uint8_t[]> copy(new std::uint8_t[bytes.size()]);
-    std::copy(bytes.begin(), bytes.end(), copy.get());
-    return {copy, bytes.size()};
-}
 
 TEST(Reader, ReadsWordsStringsAndBlobsInTheOrderTheyWereWritten) {
     Reader reader(requestOf(Writer().word(0x04030201).string("ab").blob({7, 8}).word(0xfffffffe).bytes()));

@@ -2,8 +2,10 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <array>
 #include <cstring>
+#include <memory>
 #include <stdexcept>
 
 #include "vaultpad/ta-protocol.h"
@@ -140,6 +142,12 @@ Bytes imagesRequest(const std::vector<SampleImage>& images) {
             .blob(pixels);
     }
     return writer.bytes();
+}
+
+RequestBytes requestOf(const Bytes& bytes) {
+    const std::shared_ptr<std::uint8_t[]> copy(new std::uint8_t[bytes.size()]);
+    std::copy(bytes.begin(), bytes.end(), copy.get());
+    return {copy, bytes.size()};
 }
 
 void showPad(TaClient* client, const std::vector<SampleImage>& images, const TypeRequest& type) {

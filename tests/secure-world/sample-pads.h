@@ -8,6 +8,7 @@
 
 #include "pad/geometry.h"
 #include "pad/pad.h"
+#include "session/request-bytes.h"
 #include "ta-client.h"
 
 namespace vaultpad::secureworld {
@@ -45,6 +46,9 @@ struct TypeRequest {
 Bytes typeRequest(const TypeRequest& type = {});
 Bytes renderContextRequest();
 Bytes imagesRequest(const std::vector<SampleImage>& images);
+
+// A request as it arrives in a session: on the heap in its exact size, so that a sanitizer sees a read beyond it.
+RequestBytes requestOf(const Bytes& bytes);
 
 // Everything up to and with the show; every event is expected to be accepted.
 void showPad(TaClient* client, const std::vector<SampleImage>& images = pinPad(), const TypeRequest& type = {});

@@ -97,13 +97,6 @@ TEST_F(WindowDisplayTest, HidesWithoutCountingAsClosed) {
     EXPECT_FALSE(display_->closedByViewer());
 }
 
-// A request as it would arrive, on the heap.
-RequestBytes requestOf(const Bytes& bytes) {
-    const std::shared_ptr<std::uint8_t[]> copy(new std::uint8_t[bytes.size()]);
-    std::copy(bytes.begin(), bytes.end(), copy.get());
-    return {copy, bytes.size()};
-}
-
 TEST_F(WindowDisplayTest, MakesTheNextKeyACancelOnceTheViewerHasClosedIt) {
     Screen screen(std::move(display_), Screen::View::Pad);
     Log log("none");
