@@ -57,6 +57,8 @@ TelevisionFile::TelevisionFile(const Options& options)
         throw std::runtime_error(path_ + ": cannot be written");
     }
     setenv(kVariable, path_.c_str(), 1);
+    // A list of languages for messages, as desktops set it, would win over the television's one language.
+    unsetenv("LANGUAGE");
 }
 
 TelevisionFile::~TelevisionFile() {

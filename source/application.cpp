@@ -100,6 +100,8 @@ void Application::vault_pad_init(int ime_type, int extra, bool use_keyrouter) {
     use_keyrouter_ = use_keyrouter;
     if (!toolkit_) {
         toolkit_ = std::make_unique<ToolkitSession>();
+        // Evas keeps the language that it met first, and with it the country's shapes of Chinese characters.
+        evas_language_reinit();
     }
     if (use_keyrouter_ && !grabKeys()) {
         return;

@@ -6,7 +6,11 @@ HEADER = """# Texts of the protected PIN pad and on-screen keyboard.
 # Written by res/generator/generate.py from pads.toml: change that, and run it again.
 msgid ""
 msgstr ""
-"Project-Id-Version: vaultpad\\n"
+"Project-Id-Version: vaultpad 1.0\\n"
+"PO-Revision-Date: YEAR-MO-DA HO:MI+ZONE\\n"
+"Last-Translator: Vault Pad developers\\n"
+"Language-Team: LANGUAGE\\n"
+"Language: \\n"
 "MIME-Version: 1.0\\n"
 "Content-Type: text/plain; charset=UTF-8\\n"
 "Content-Transfer-Encoding: 8bit\\n"

@@ -5,6 +5,7 @@
     generate.py --check          writes nothing; names each committed file that differs and exits with 1
     generate.py --list-images    prints the names of the images, without an ending
     generate.py --images FOLDER  writes one SVG for each image into FOLDER
+    generate.py --smallest-text  prints the font sizes that no language's texts may fall below
 """
 
 import argparse
@@ -56,6 +57,7 @@ def main():
     choice.add_argument("--check", action="store_true", help="compare the committed files, write nothing")
     choice.add_argument("--list-images", action="store_true", help="print the images' names")
     choice.add_argument("--images", type=Path, metavar="FOLDER", help="write the images' SVG files")
+    choice.add_argument("--smallest-text", action="store_true", help="print the smallest font sizes")
     arguments = parser.parse_args()
     try:
         descriptions = Descriptions(GENERATOR)
@@ -65,6 +67,8 @@ def main():
         elif arguments.images:
             for name, drawing in drawings_of(layouts).items():
                 write_if_changed(arguments.images / f"{name}.svg", drawing.svg())
+        elif arguments.smallest_text:
+            print("\n".join(f"{role}={size}" for role, size in descriptions.styles["smallest-text"].items()))
         elif arguments.check:
             return 0 if check(committed_files(descriptions, layouts)) else 1
         else:

@@ -99,8 +99,12 @@ class EveryLayout(unittest.TestCase):
         for font in layout.fonts.values():
             self.assertRegex(font.get("color"), r"\A[0-9A-F]{6}\Z")
             self.assertGreater(int(font.get("size")), 0)
-            name, _, style = font.get("family").partition(":style=")
-            self.assertEqual(f"{name}|{style or 'Regular'}", installed_font(font.get("family")))
+            name, *properties = font.get("family").split(":")
+            properties = dict(item.split("=") for item in properties)
+            self.assertEqual("auto", properties.pop("lang"))
+            style = properties.pop("style", "Regular")
+            self.assertEqual(f"{name}|{style}", installed_font(f"{name}:style={style}"))
+            self.assertEqual({}, properties)
 
     @for_each(LAYOUTS)
     def test_top_level_objects_are_images_with_a_place_and_drawn_at_the_origin(self, layout):

@@ -1,18 +1,12 @@
 """What must hold for the resources as the library finds them."""
 
-import gettext
 import re
-import shutil
 import subprocess
 import tempfile
 import unittest
 from pathlib import Path
 
 from layoutfiles import LAYOUT_FILES, SOURCES, STAGE, LayoutFile, png_size
-
-LANGUAGES = ("de", "ko")
-TEMPLATE = SOURCES / "res/locale/vaultpad.pot"
-MESSAGE = re.compile(r'^msgid "(.+)"$', re.MULTILINE)
 
 
 class Images(unittest.TestCase):
@@ -43,31 +37,6 @@ class Layouts(unittest.TestCase):
             subprocess.run(["cmake", "-D", f"INPUT={SOURCES}/res/xml/normal/pinpad.xml", "-D", f"OUTPUT={copy}",
                             "-D", "IMAGES=/a&b/<c>", "-P", f"{SOURCES}/res/stage-xml.cmake"], check=True)
             self.assertIn('basedir="/a&amp;b/&lt;c>"', copy.read_text(encoding="utf-8"))
-
-
-class Translations(unittest.TestCase):
-    def test_every_text_of_the_template_is_translated(self):
-        self.assertIsNotNone(shutil.which("msgcmp"), "msgcmp is missing; install gettext")
-        for language in LANGUAGES:
-            with self.subTest(language):
-                result = subprocess.run(["msgcmp", SOURCES / f"res/locale/{language}.po", TEMPLATE],
-                                        capture_output=True, text=True, check=False)
-                self.assertEqual(0, result.returncode, result.stderr)
-
-    def test_catalogues_answer_with_the_translation(self):
-        messages = MESSAGE.findall(TEMPLATE.read_text(encoding="utf-8"))
-        self.assertIn("Enter PIN", messages)
-        for language in LANGUAGES:
-            catalogue = gettext.translation("vaultpad", STAGE / "locale", [language])
-            for message in messages:
-                with self.subTest(f"{language} {message}"):
-                    self.assertNotIn(catalogue.gettext(message), ("", message))
-
-    def test_every_translated_text_of_the_layouts_is_in_the_template(self):
-        messages = set(MESSAGE.findall(TEMPLATE.read_text(encoding="utf-8")))
-        drawn = {text.get("value") for file in LAYOUT_FILES for text in LayoutFile(file).strings.values()
-                 if text.get("i18n") == "true"}
-        self.assertEqual(messages, drawn)
 
 
 if __name__ == "__main__":
