@@ -4,7 +4,7 @@ string(REGEX REPLACE "/\\*([^*]|\\*+[^*/])*\\*+/" "" text "${text}")
 string(REGEX REPLACE "[ \t\r\n]+" " " text "${text}")
 # A list of matches must not be split at the semicolons that end declarations of objects.
 string(REPLACE ";" "(" text "${text}")
-string(REGEX MATCHALL "VAULTPAD_API [A-Za-z_][A-Za-z0-9_ ]*[ *]([A-Za-z_][A-Za-z0-9_]*) ?[(]" declarations "${text}")
+string(REGEX MATCHALL "VAULTPAD_API [A-Za-z_][A-Za-z0-9_ *]*[ *]([A-Za-z_][A-Za-z0-9_]*) ?[(]" declarations "${text}")
 set(names "")
 foreach(declaration IN LISTS declarations)
     string(REGEX REPLACE ".*[ *]([A-Za-z_][A-Za-z0-9_]*) ?[(]$" "\\1" name "${declaration}")

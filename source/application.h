@@ -71,7 +71,7 @@ private:
     bool closed_ = false;
     bool use_keyrouter_ = true;
     int ime_type_ = 0;
-    int extra_; /* unset until the start-up has stored one */
+    int extra_ = 0;
     bool oMode_ = false;
     int bg_pid_ = -1;
     std::unique_ptr<ToolkitSession> toolkit_;

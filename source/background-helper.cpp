@@ -13,7 +13,8 @@ namespace vaultpad {
 
 namespace {
 
-// Killed, not yet reaped. The client's other children are its own to wait for, hence by id only.
+// Killed, not yet reaped. The client's other children are its own to wait for, hence by id only; a client that waits
+// for every child itself may have reaped one of these already.
 std::vector<pid_t>& killedHelpers() {
     static std::vector<pid_t> pids;
     return pids;
@@ -34,8 +35,9 @@ void killBackgroundHelper(int& pid) {
     if (pid == -1) {
         return;
     }
+    // The child of a failed exec has 0 here and signals its whole process group, the client included: intended. It must
+    // not be waited for, though: 0 would take any child of the client's.
     kill(pid, SIGKILL);
-    // The child of a failed exec has 0 here, and waitpid(0) would take any child of the client's.
     if (pid > 0) {
         killedHelpers().push_back(pid);
     }

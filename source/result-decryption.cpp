@@ -38,6 +38,7 @@ public:
     void put(std::size_t offset, const unsigned char* bytes, unsigned int length) {
         if (length > sizeof(record_) - offset) {
             VPAD_LOG_ERROR("input of %u bytes exceeds the record", length);
+            wipe(&record_, sizeof(record_));
             std::abort();
         }
         if (length != 0) {

@@ -18,7 +18,8 @@ namespace {
 constexpr std::array<int, 10> kToolkitSignals = {SIGINT,  SIGTERM, SIGHUP,  SIGQUIT, SIGUSR1,
                                                  SIGUSR2, SIGCHLD, SIGPIPE, SIGALRM, SIGPWR};
 
-// Puts the dispositions back, and holds the signals up meanwhile: one that arrives belongs to the client's handler.
+// Puts the dispositions back, and holds the signals up on this thread meanwhile: one that arrives belongs to the
+// client's handler. Another thread of the client can still take one in between.
 class SignalGuard {
 public:
     SignalGuard() {
@@ -45,7 +46,9 @@ private:
 };
 
 // Without a usable runtime folder EFL makes one in the client's home, and ends the process where it cannot. Nothing
-// here needs one, so for the time of the initialisation the temporary folder stands in.
+// here needs one, so for the time of the initialisation the temporary folder stands in. Changing the environment is no
+// business of a library with threads around, hence only where the process would end or a folder appear in the client's
+// home.
 class RuntimeFolderGuard {
 public:
     RuntimeFolderGuard() {
@@ -80,7 +83,8 @@ private:
 ToolkitSession::ToolkitSession() {
     const SignalGuard signals;
     const RuntimeFolderGuard runtimeFolder;
-    // Heeded by the first initialisation only: in a client that has EFL up its modules stay as they are.
+    // Heeded when EFL is initialised from zero, now or later: nothing takes it back. In a client that has EFL up its
+    // modules stay as they are.
     ecore_app_no_system_modules();
     evas_init();
 }

@@ -1,6 +1,7 @@
 /*
- * Grabbing of the remote control's keys for the duration of a session. One set of state per process. Grabbing and
- * releasing run on EFL's main loop, so any thread may call them; the power keys are never grabbed.
+ * Grabbing of the remote control's keys for the duration of a session. One set of state per process. The grab
+ * window is shown and hidden on EFL's main loop; the key router itself is called on the caller's thread. The power keys
+ * are never grabbed.
  */
 #ifndef VAULTPAD_SOURCE_VAULT_PAD_KEYROUTER_H
 #define VAULTPAD_SOURCE_VAULT_PAD_KEYROUTER_H

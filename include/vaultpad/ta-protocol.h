@@ -14,7 +14,8 @@
 #define VAULTPAD_TA_UUID_TIME_LOW 0x6f1d3c52u
 #define VAULTPAD_TA_UUID_TIME_MID 0x8a47u
 #define VAULTPAD_TA_UUID_TIME_HI_AND_VERSION 0x4be9u
-#define VAULTPAD_TA_UUID_CLOCK_SEQ_AND_NODE {0x9c, 0x21, 0x5e, 0x77, 0x0b, 0xd4, 0x38, 0xf6}
+#define VAULTPAD_TA_UUID_CLOCK_SEQ_AND_NODE \
+    { 0x9c, 0x21, 0x5e, 0x77, 0x0b, 0xd4, 0x38, 0xf6 }
 
 /* Event numbers. */
 enum VaultPadTaEvent {
@@ -45,17 +46,17 @@ enum VaultPadTaBlockSize {
 
 /* Limits that both ends keep. */
 enum VaultPadTaLimit {
-    VAULTPAD_TA_IMAGE_COUNT_MAX = 512,         /* images of one pad */
-    VAULTPAD_TA_IMAGE_NAME_SIZE = 512,         /* bytes of a name with its NUL */
-    VAULTPAD_TA_IMAGE_BATCH_BUDGET = 5242880,  /* bytes that one batch may add up to ... */
-    VAULTPAD_TA_IMAGE_RECORD_OVERHEAD = 150,   /* ... each image counted with this much beside its pixels */
-    VAULTPAD_TA_BYTES_PER_PIXEL = 3,           /* 6 bits each of alpha, red, green, blue; big-endian, premultiplied */
-    VAULTPAD_TA_VOICE_BATCH_CLIPS = 15,        /* clips of one event 4 */
-    VAULTPAD_TA_ENCRYPTED_KEY_MAX = 256,       /* bytes of the encrypted session key in an answer */
-    VAULTPAD_TA_ENCRYPTED_DATA_MAX = 512,      /* bytes of the encrypted data in an answer */
-    VAULTPAD_TA_SESSION_KEY_SIZE = 32,         /* AES-256 */
-    VAULTPAD_TA_CIPHER_BLOCK_SIZE = 16,        /* AES-CBC with an all-zero vector */
-    VAULTPAD_TA_TEXT_MAX = 40                  /* characters that a pad takes */
+    VAULTPAD_TA_IMAGE_COUNT_MAX = 512,        /* images of one pad */
+    VAULTPAD_TA_IMAGE_NAME_SIZE = 512,        /* bytes of a name with its NUL */
+    VAULTPAD_TA_IMAGE_BATCH_BUDGET = 5242880, /* bytes that one batch may add up to ... */
+    VAULTPAD_TA_IMAGE_RECORD_OVERHEAD = 150,  /* ... each image counted with this much beside its pixels */
+    VAULTPAD_TA_BYTES_PER_PIXEL = 3,          /* 6 bits each of alpha, red, green, blue; big-endian, premultiplied */
+    VAULTPAD_TA_VOICE_BATCH_CLIPS = 15,       /* clips of one event 4 */
+    VAULTPAD_TA_ENCRYPTED_KEY_MAX = 256,      /* bytes of the encrypted session key in an answer */
+    VAULTPAD_TA_ENCRYPTED_DATA_MAX = 512,     /* bytes of the encrypted data in an answer */
+    VAULTPAD_TA_SESSION_KEY_SIZE = 32,        /* AES-256 */
+    VAULTPAD_TA_CIPHER_BLOCK_SIZE = 16,       /* AES-CBC with an all-zero vector */
+    VAULTPAD_TA_TEXT_MAX = 40                 /* characters that a pad takes */
 };
 
 /* The secure display. */

@@ -11,8 +11,15 @@
  * Threads: call everything from one thread at a time, from the same thread for one session: the one that runs the EFL
  * main loop if the client uses EFL. The library takes no lock. A client need not use EFL at all.
  *
- * Signals: the first start-up of a pad installs a handler for SIGUSR2 that only logs, and leaves it in place. No other
+ * Signals: each start-up of a pad installs a handler for SIGUSR2 that only logs, and leaves it in place. No other
  * signal disposition of the client is changed when a call returns.
+ *
+ * Locale: opening a session sets the process's locale to the television's menu language, all categories, and its text
+ * domain to the pad's. Closing does not put them back.
+ *
+ * EFL: a client that uses EFL initialises it before it opens a session. In any other client the library initialises EFL
+ * for the session, without EFL's system modules, for the calling thread; if XDG_RUNTIME_DIR names no usable folder, it
+ * is replaced in the environment for that moment.
  *
  * Usable from C11 and C++17.
  */
@@ -37,7 +44,7 @@ enum VaultPadStatus { VAULTPAD_OK = 0, VAULTPAD_FAILURE = -1 };
 /* Sizes that a client may want to reserve. */
 enum VaultPadSize {
     VAULTPAD_RESULT_SIZE = 1920,    /* bytes of an AppResult */
-    VAULTPAD_TEXT_LENGTH_MAX = 40,  /* characters of a decrypted text */
+    VAULTPAD_TEXT_LENGTH_MAX = 40,  /* bytes of a decrypted text */
     VAULTPAD_TEXT_BUFFER_SIZE = 48, /* bytes of the buffer that a decrypted text comes in */
     VAULTPAD_ENC_KEY_SIZE = 256,
     VAULTPAD_ENC_DATA_SIZE = 512
@@ -48,13 +55,13 @@ enum VaultPadSize {
  * unaligned offsets. A client reads enc_key, enc_data, their lengths and ta_value, and may set status.
  */
 typedef struct AppResult {
-    int32_t status;          /* never written by the library; see vault_pad_get_data() */
+    int32_t status; /* never written by the library; see vault_pad_get_data() */
     uint8_t reserved_4[8];
-    uint32_t ta_value;       /* word returned by the TA with encrypted data, else 0 */
-    char text[41];           /* used inside the library only */
+    uint32_t ta_value; /* word returned by the TA with encrypted data, else 0 */
+    char text[41];     /* used inside the library only */
     uint8_t reserved_57[41];
-    uint8_t enc_key[256];    /* session key under the client's RSA key, enc_key_len bytes */
-    uint8_t enc_data[512];   /* typed data under the session key, enc_data_len bytes */
+    uint8_t enc_key[256];              /* session key under the client's RSA key, enc_key_len bytes */
+    uint8_t enc_data[512];             /* typed data under the session key, enc_data_len bytes */
     uint8_t rsa_modulus[256];          /* used inside the library only */
     uint8_t rsa_private_exponent[770]; /* used inside the library only */
     uint32_t enc_data_len;
@@ -98,11 +105,12 @@ typedef struct VaultPadApplication VaultPadApplication;
 #endif
 
 /* The current session, or null. Owned by the library: read it, never write or free it. */
-extern VAULTPAD_API VaultPadApplication *app;
+extern VAULTPAD_API VaultPadApplication* app;
 
 /*
  * The result of the latest key event; all zero when the library is loaded, kept after a session is closed. Written
- * by the library on every forwarded and every leaving key. A client reads it by copy, see vault_pad_get_data().
+ * by the library on every key that the TA answered and on every leaving key. A client reads it by copy, see
+ * vault_pad_get_data().
  */
 extern VAULTPAD_API AppResult app_data;
 
@@ -118,9 +126,9 @@ VAULTPAD_API int vault_pad_session(void);
  * ime_type: a VaultPadType. Any other value is logged; start-up goes on with the type of the session so far.
  * extra: for the PIN pad, the number of digits after which it completes by itself, 0 for "on the Done key only";
  *        ignored for the keyboard.
- * Returns 0; -1 without privilege, without a session, or when the TA session cannot be opened. Failures of later
- * stages (keys that cannot be grabbed, a layout that cannot be drawn, an upload that the TA refuses) are logged and
- * return 0.
+ * Returns 0; -1 without privilege, without a session, or when the TA session cannot be opened, the renderer cannot be
+ * set up or the layout cannot be read. Other failures are logged and return 0 although nothing is shown: keys that
+ * cannot be grabbed, a layout that cannot be drawn, an upload that the TA refuses.
  */
 VAULTPAD_API int vault_pad_create(int ime_type, int extra);
 
@@ -132,12 +140,13 @@ VAULTPAD_API int vault_pad_create(int ime_type, int extra);
  * aux_blob, aux_len: bytes that will stand before the typed text in the decrypted data (a client's nonce, say).
  * Returns 0; -1 without privilege, without a session, or when the TA cannot be reached or refuses the key.
  */
-VAULTPAD_API int vault_pad_params_set(unsigned int key_word1, unsigned int key_word2, void *key_blob,
-                                      unsigned int key_part1_len, unsigned int key_part2_len, void *aux_blob,
+VAULTPAD_API int vault_pad_params_set(unsigned int key_word1, unsigned int key_word2, void* key_blob,
+                                      unsigned int key_part1_len, unsigned int key_part2_len, void* aux_blob,
                                       unsigned int aux_len);
 
 /*
- * Takes the pad down and ends the session: keys released, TA session closed. The latest result stays in app_data.
+ * Takes the pad down and ends the session: keys released if the start-up had succeeded, TA session closed. The latest
+ * result stays in app_data.
  * Returns 0; -1 without privilege or without a session.
  */
 VAULTPAD_API int vault_pad_close(void);
@@ -145,7 +154,10 @@ VAULTPAD_API int vault_pad_close(void);
 /* Returns 1 when the user has left or completed the pad, else 0; 0 without a session. */
 VAULTPAD_API int is_vault_pad_close(void);
 
-/* Returns 1 when the latest key event did something, else 0; 0 without a session. */
+/*
+ * Returns 1 before the first key event and after every key that is handled on this side, known or not; after a
+ * forwarded key whether the TA says that it did something. 0 without a session.
+ */
 VAULTPAD_API int vault_pad_button_press(void);
 
 /*
@@ -153,7 +165,7 @@ VAULTPAD_API int vault_pad_button_press(void);
  * the record is emptied first, so that an all-zero record with status 1 is handed out.
  * Returns 0.
  */
-VAULTPAD_API int vault_pad_get_data(void *out);
+VAULTPAD_API int vault_pad_get_data(void* out);
 
 /*
  * Passes one key event to the pad.
@@ -162,10 +174,10 @@ VAULTPAD_API int vault_pad_get_data(void *out);
  *             "XF86Back", ...); read during the call only.
  * Returns 0 when the key was taken (unknown keys are logged and taken), -1 without a session or when the TA failed.
  */
-VAULTPAD_API int vault_pad_event(int event_type, void *event_data);
+VAULTPAD_API int vault_pad_event(int event_type, void* event_data);
 
 /* The same function under the name that existing clients link against. */
-VAULTPAD_API int vaullt_pad_event(int event_type, void *event_data);
+VAULTPAD_API int vaullt_pad_event(int event_type, void* event_data);
 
 /* Returns 1 when app_data holds both an encrypted key and encrypted data, 0 when not, -1 without a session. */
 VAULTPAD_API int vault_pad_check_enc_len(void);
@@ -173,12 +185,13 @@ VAULTPAD_API int vault_pad_check_enc_len(void);
 /*
  * Session, start-up, show and public key in one call; the library does not grab keys. The arguments are those of
  * vault_pad_create() and vault_pad_params_set().
- * Returns 0; -1 without privilege, when the TA session cannot be opened (the session is closed again), or when the
- * public key was not taken (the session stays open: close it).
+ * Returns 0; -1 without privilege, when the TA session cannot be opened, the renderer cannot be set up or the layout
+ * cannot be read (the session is closed again), or when the public key was not taken (the session stays open: close
+ * it).
  */
 VAULTPAD_API int CsapiVPADcreate(int ime_type, int extra, unsigned int key_word1, unsigned int key_word2,
-                                 void *key_blob, unsigned int key_part1_len, unsigned int key_part2_len,
-                                 void *aux_blob, unsigned int aux_len);
+                                 void* key_blob, unsigned int key_part1_len, unsigned int key_part2_len, void* aux_blob,
+                                 unsigned int aux_len);
 
 /*
  * Passes one key to the pad.
@@ -187,7 +200,7 @@ VAULTPAD_API int CsapiVPADcreate(int ime_type, int extra, unsigned int key_word1
  *            or failed), else 0. Neither may be null; both are untouched without a session.
  * Returns 0; -1 without a session or when the TA failed.
  */
-VAULTPAD_API int CsapiVPADevent(const char *key_name, unsigned int *out_value, unsigned int *out_closed);
+VAULTPAD_API int CsapiVPADevent(const char* key_name, unsigned int* out_value, unsigned int* out_closed);
 
 /*
  * Copies the encrypted session key and the encrypted data of the latest result into new buffers, which the caller
@@ -195,37 +208,39 @@ VAULTPAD_API int CsapiVPADevent(const char *key_name, unsigned int *out_value, u
  * may be null. Works without a session.
  * Returns 0.
  */
-VAULTPAD_API int CsapiVPADgetdata(void **out_key, unsigned int *out_key_len, void **out_data,
-                                  unsigned int *out_data_len, unsigned int *out_value);
+VAULTPAD_API int CsapiVPADgetdata(void** out_key, unsigned int* out_key_len, void** out_data,
+                                  unsigned int* out_data_len, unsigned int* out_value);
 
 /* The same as vault_pad_close(). */
 VAULTPAD_API int CsapiVPADclose(void);
 
-/* Releases a buffer handed out by CsapiVPADgetdata() or CsapiVPADdecryptWithRSAKeyPair(); null is allowed. Returns 0. */
-VAULTPAD_API int CsapiVPADfreemem(void *p);
+/* Releases a buffer handed out by CsapiVPADgetdata() or CsapiVPADdecryptWithRSAKeyPair(); null is allowed. Returns 0.
+ */
+VAULTPAD_API int CsapiVPADfreemem(void* p);
 
 /*
  * Decrypts a result with the client's RSA private key.
  * modulus, private_exponent: big-endian numbers; modulus_len 128 or 256 bytes.
  * prefix_len: the aux_len given with the public key.
  * enc_key, enc_data: what CsapiVPADgetdata() returned.
- * out_text: receives a NUL-terminated text of at most VAULTPAD_TEXT_LENGTH_MAX characters in a buffer of
+ * out_text: receives a NUL-terminated text of at most VAULTPAD_TEXT_LENGTH_MAX bytes in a buffer of
  *           VAULTPAD_TEXT_BUFFER_SIZE bytes, or null when nothing could be decrypted. The caller wipes it and releases
  *           it with CsapiVPADfreemem(). out_text_len: the length of the whole decoded text, which may exceed what the
  *           buffer holds. Neither may be null.
- * Characters are converted with wctomb() in the process's current locale: in the "C" locale only ASCII passes.
- * Returns 0 in every case: look at out_text. An input longer than AppResult has room for ends the process.
+ * Each character has one byte of the text, so only characters of one byte in the process's current locale come back
+ * whole: ASCII in a UTF-8 locale. The pads' layouts type nothing else. Returns 0 in every case: look at out_text. An
+ * input longer than AppResult has room for ends the process.
  *
  * The decrypted text is written to the platform log at info level, as clients of the platform expect. An integrator
  * who does not want that builds the library with the CMake option VAULTPAD_LOG_DECRYPTED_TEXT=OFF, which leaves out
  * that one line.
  */
-VAULTPAD_API int CsapiVPADdecryptWithRSAKeyPair(const unsigned char *modulus, unsigned int modulus_len,
-                                                const unsigned char *private_exponent,
+VAULTPAD_API int CsapiVPADdecryptWithRSAKeyPair(const unsigned char* modulus, unsigned int modulus_len,
+                                                const unsigned char* private_exponent,
                                                 unsigned int private_exponent_len, unsigned int prefix_len,
-                                                const unsigned char *enc_key, unsigned int enc_key_len,
-                                                const unsigned char *enc_data, unsigned int enc_data_len,
-                                                char **out_text, unsigned int *out_text_len);
+                                                const unsigned char* enc_key, unsigned int enc_key_len,
+                                                const unsigned char* enc_data, unsigned int enc_data_len,
+                                                char** out_text, unsigned int* out_text_len);
 
 #if defined(__cplusplus)
 }

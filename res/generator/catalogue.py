@@ -24,17 +24,23 @@ def _quoted(text):
 def messages(descriptions):
     """Every text that is translated, with its notes for translators."""
     notes = {}
-    for pad in PADS:
-        table = descriptions.pads[pad]
-        notes.setdefault(table["title"], []).append(table["title-note"])
-    for _, key in descriptions.pads["keys"].items():
-        if "word" in key:
-            notes.setdefault(key["word"], []).append(key["note"])
+    pads = [descriptions.pads[pad] for pad in PADS]
+    for pad in pads:
+        notes.setdefault(pad["title"], []).append(pad["title-note"])
+    pages = [page for pad in pads if "pages" in pad for _, page in pad["pages"].items()]
+    for page in pages:
+        notes.setdefault(page["spoken"], []).append(page["spoken-note"])
+    speech = descriptions.pads["speech"]
+    words = [word for table in (descriptions.pads["keys"], speech["words"]) for _, word in table.items()]
+    for word in [*words, speech["capital"]]:
+        if "word" in word:
+            notes.setdefault(word["word"], []).append(word["note"])
     return notes
 
 
 def catalogue_template(descriptions):
     text = HEADER
     for message, notes in messages(descriptions).items():
-        text += "\n" + "".join(f"#. {note}\n" for note in notes) + f"msgid {_quoted(message)}\nmsgstr \"\"\n"
+        comments = [f"#. {note}\n" for note in notes] + (["#, c-format\n"] if "%s" in message else [])
+        text += "\n" + "".join(comments) + f"msgid {_quoted(message)}\nmsgstr \"\"\n"
     return text

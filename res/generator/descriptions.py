@@ -63,6 +63,10 @@ class Descriptions:
         self.styles = self._read(folder / "styles.toml")
         self.layouts = self._read(folder / "layouts.toml")
 
+    def character(self, keysym):
+        """The character that a keysym types."""
+        return keysym if len(keysym) == 1 else self.pads["characters"][keysym]
+
     @staticmethod
     def _read(path: Path):
         try:

@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""Makes the layout files, the images' sources and the translators' template from the descriptions beside it.
+"""Makes layout and voice files, the images' sources and the translators' template from the descriptions beside it.
 
     generate.py                  writes the committed files: res/xml/ and res/locale/vaultpad.pot
     generate.py --check          writes nothing; names each committed file that differs and exits with 1
@@ -14,8 +14,9 @@ from pathlib import Path
 
 from catalogue import catalogue_template
 from descriptions import DescriptionError, Descriptions
-from layouts import drawings_of, make_layouts
+from layouts import PADS, drawings_of, make_layouts
 from layoutxml import layout_xml
+from voices import voice_path, voice_xml
 
 GENERATOR = Path(__file__).resolve().parent
 RESOURCES = GENERATOR.parent
@@ -25,6 +26,7 @@ def committed_files(descriptions, layouts):
     """The text of every file that is kept in the sources, by its path below the resources."""
     directory = descriptions.layouts["image-directory"]
     files = {f"xml/{layout.variant.path}": layout_xml(layout, directory) for layout in layouts}
+    files |= {f"xml/{voice_path(pad)}": voice_xml(descriptions, pad) for pad in PADS}
     files["locale/vaultpad.pot"] = catalogue_template(descriptions)
     return files
 
@@ -52,7 +54,7 @@ def check(files):
 
 
 def main():
-    parser = argparse.ArgumentParser(description="Makes layouts, image sources and the translators' template.")
+    parser = argparse.ArgumentParser(description="Makes layouts, voice files, images and the template.")
     choice = parser.add_mutually_exclusive_group()
     choice.add_argument("--check", action="store_true", help="compare the committed files, write nothing")
     choice.add_argument("--list-images", action="store_true", help="print the images' names")

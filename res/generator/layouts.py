@@ -74,8 +74,8 @@ class LayoutMaker:
     """Makes the layout of one variant."""
 
     def __init__(self, descriptions, variant):
+        self._descriptions = descriptions
         self._keys = descriptions.pads["keys"]
-        self._characters = descriptions.pads["characters"]
         self._pad = descriptions.pads[variant.pad]
         self._area = descriptions.areas[variant.pad][descriptions.layouts["areas"][variant.pad][variant.area]]
         self._style = descriptions.styles[variant.style]
@@ -114,16 +114,15 @@ class LayoutMaker:
 
     def _add_key(self, placed):
         key = placed.key
-        page = f"{key.page}." if key.page else ""
         look = self._keys.get(key.name)
         face = look.get("face", "key") if look else "key"
         for state, plate in (("normal", face), ("focus", "focus")):
             drawing = self._artist.plate(plate, placed.place.width, placed.place.height)
-            self._add(f"{page}key.{key.name}.{state}", placed.place, drawing, self._content(key.name, look, plate))
+            self._add(f"{key.id}.{state}", placed.place, drawing, self._content(key.name, look, plate))
 
     def _content(self, name, look, plate):
         if not look:
-            return Text(f"key.{name}", self._character(name), False, "character", plate)
+            return Text(f"key.{name}", self._descriptions.character(name), False, "character", plate)
         if "icon" in look:
             mirrored = look.get("mirrored", False) and self._variant.reverse
             return self._artist.icon(look["icon"], mirrored, plate, self._area["icon"])
@@ -132,9 +131,6 @@ class LayoutMaker:
         if "sign" in look:
             return Text(f"key.{name}", look["sign"], False, "word", plate)
         raise DescriptionError(f"{look.name}: give the key a word, a sign or an icon")
-
-    def _character(self, name):
-        return name if len(name) == 1 else self._characters[name]
 
     def _add_plate(self, object_id, plate, place):
         self._add(object_id, place, self._artist.plate(plate, place.width, place.height), None)

@@ -1,4 +1,4 @@
-"""Writes a layout as the XML that the library reads."""
+"""Writes a layout as the XML that the library reads, and the pieces of XML that voice files share with it."""
 
 from xml.sax.saxutils import quoteattr
 
@@ -12,13 +12,14 @@ HEADER = """<?xml version="1.0" encoding="UTF-8"?>
 """
 
 
-def _tag(name, attributes, depth, closed=True):
+def tag(name, attributes, depth, closed=True):
+    """An element on a line of its own, or only its beginning."""
     text = "".join(f" {key}={quoteattr(str(value))}" for key, value in attributes.items())
     return f"{INDENT * depth}<{name}{text}{'/' if closed else ''}>\n"
 
 
-def _section(name, items, attributes=None):
-    return _tag(name, attributes or {}, 1, closed=False) + "".join(items) + f"{INDENT}</{name}>\n"
+def section(name, items, attributes=None):
+    return tag(name, attributes or {}, 1, closed=False) + "".join(items) + f"{INDENT}</{name}>\n"
 
 
 def _image_of(item):
@@ -40,8 +41,8 @@ def _nested(content):
 def _object(item):
     attributes = {"id": item.id, "type": "image", "ref": _image_of(item)[0], "x": item.place.x, "y": item.place.y}
     if item.content is None:
-        return _tag("object", attributes, 2)
-    return (_tag("object", attributes, 2, closed=False) + _tag("object", _nested(item.content), 3)
+        return tag("object", attributes, 2)
+    return (tag("object", attributes, 2, closed=False) + tag("object", _nested(item.content), 3)
             + f"{INDENT * 2}</object>\n")
 
 
@@ -56,15 +57,15 @@ def layout_xml(layout, image_directory):
             strings[content.string] = {"value": content.value} | ({"i18n": "true"} if content.translated else {})
         elif content is not None:
             images[content.name] = {"type": "file", "url": f"{content.name}.png"}
-    fonts = [_tag("font", {"id": name, "family": family, "size": size, "color": ink}, 2)
+    fonts = [tag("font", {"id": name, "family": family, "size": size, "color": ink}, 2)
              for name, (family, size, ink) in sorted(layout.fonts.items())]
     return "".join((
         HEADER,
         "<layout>\n",
-        _section("fonts", fonts),
-        _section("images", [_tag("image", {"id": name} | attributes, 2) for name, attributes in sorted(images.items())],
+        section("fonts", fonts),
+        section("images", [tag("image", {"id": name} | attributes, 2) for name, attributes in sorted(images.items())],
                  {"basedir": image_directory}),
-        _section("strings", [_tag("string", {"id": name} | attributes, 2) for name, attributes in strings.items()]),
-        _section("objects", [_object(item) for item in layout.objects]),
+        section("strings", [tag("string", {"id": name} | attributes, 2) for name, attributes in strings.items()]),
+        section("objects", [_object(item) for item in layout.objects]),
         "</layout>\n",
     ))

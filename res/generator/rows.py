@@ -17,6 +17,16 @@ class Key:
     columns: int
     page: str
 
+    @property
+    def id(self):
+        """The id of the key's objects, without the state."""
+        return f"{self.page}.key.{self.name}" if self.page else f"key.{self.name}"
+
+    @property
+    def target(self):
+        """The page that the key changes to, or nothing."""
+        return self.name.partition(".to-")[2]
+
 
 @dataclass(frozen=True)
 class PlacedKey:
@@ -75,6 +85,12 @@ def _row_on_page(pad, row, page):
         table = pad["pages"][page]
         keys += [_key(pad, text, page, f"{table.name}.{run['run']}") for text in table[run["run"]].split()]
     return keys
+
+
+def keys_of(pad):
+    """All keys of a pad: pages in their order, each shared key once."""
+    return list(dict.fromkeys(key for page in _pages(pad) for row in pad["rows"]
+                              for key in _row_on_page(pad, row, page)))
 
 
 def turned_round(keys, types_character):

@@ -79,6 +79,8 @@ void VoiceGuide::create(int type) {
     }
     context::ApplicationContextParser parser;
     const std::shared_ptr<context::ElementContainer> container = parser.parseAudio(type);
+    // A receiver of an abandoned start-up holds the socket and writes into the clips: it has to end first.
+    wakeReceiver();
     voiceCount_ = static_cast<std::int32_t>(container->getVoices()->size());
     clips_.resize(static_cast<std::size_t>(voiceCount_));
     stopping_ = false;

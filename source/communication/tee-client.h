@@ -18,9 +18,9 @@ struct voice_data;
 namespace vaultpad::communication {
 
 /*
- * Operations return 0 on success and -1 on failure, with one error line in the log. None retries, none throws, and none
- * checks that the session is open: the platform refuses a closed one. After a failure the block in use stays allocated
- * until the session is closed, but for show() and send_image_done(). One thread only.
+ * Operations return 0 on success and -1 on failure, which is logged. None retries, none throws, and none checks that
+ * the session is open: the platform refuses a closed one. After a failure the block in use stays allocated until the
+ * session is closed, but for show(), send_image_done() and init_render_context(). One thread only.
  */
 class TeeClient {
 public:

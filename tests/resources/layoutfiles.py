@@ -19,6 +19,8 @@ LAYOUT_FILES = [
     for suffix in ("", "-e", "-h", "-eh")
 ]
 
+VOICE_FILES = {pad: f"audio/{pad}-audio.xml" for pad in ("keyboard", "pinpad")}
+
 OBJECT_ID = re.compile(
     r"(?:(?P<page>(?!(?:background|input|mask|label|key)\.)[a-z][a-z0-9]*)\.)?"
     r"(?P<item>background|input|mask|label\.(?P<label>[A-Za-z][A-Za-z0-9_-]*)"
@@ -62,6 +64,11 @@ class Box:
     def contains(self, other):
         return (self.x <= other.x and other.x + other.width <= self.x + self.width
                 and self.y <= other.y and other.y + other.height <= self.y + self.height)
+
+
+def voices(pad):
+    """The items of a pad's staged voice file, as the library collects them from its sections."""
+    return ElementTree.parse(STAGE / "xml" / VOICE_FILES[pad]).getroot().findall("voices/*")
 
 
 class LayoutFile:

@@ -59,14 +59,14 @@ class Generator(unittest.TestCase):
         self.assertEqual(0, self.generate().returncode)
         for path in (SOURCES / "res/xml").glob("*/*.xml"):
             copy = self.resources / path.relative_to(SOURCES / "res")
-            if path.parent.name != "audio":
-                self.assertEqual(path.read_bytes(), copy.read_bytes(), path)
+            self.assertEqual(path.read_bytes(), copy.read_bytes(), path)
 
-    def test_a_key_added_to_a_row_reaches_every_layout_of_the_pad(self):
+    def test_a_key_added_to_a_row_reaches_every_layout_and_the_voices_of_the_pad(self):
         self.change("generator/pads.toml", '"1 2 3"', '"1 2 numbersign"')
         self.assertEqual(0, self.generate().returncode)
         for path in self.resources.glob("xml/*/*pinpad*.xml"):
-            self.assertIn('id="key.numbersign.focus"', path.read_text(encoding="utf-8"), path)
+            added = 'id="key.numbersign" text="#"' if path.parent.name == "audio" else 'id="key.numbersign.focus"'
+            self.assertIn(added, path.read_text(encoding="utf-8"), path)
 
     def test_characters_that_mean_something_to_xml_are_escaped(self):
         text = (self.resources / "xml/normal/keyboard.xml").read_text(encoding="utf-8")
@@ -95,12 +95,20 @@ class Generator(unittest.TestCase):
         self.assert_refused("pads.toml: keyboard.rows", "has another place")
 
     def test_refuses_a_keysym_whose_character_is_unknown(self):
-        self.change("generator/pads.toml", "exclam quotedbl", "bang quotedbl")
+        self.change("generator/pads.toml", "exclam:2 question", "bang:2 question")
         self.assert_refused('pads.toml: characters: "bang" is missing; add it')
 
     def test_refuses_a_special_key_that_shows_nothing(self):
         self.change("generator/pads.toml", 'sign = "!?#"', "")
         self.assert_refused("pads.toml: keys.Mode_switch.to-symbols", "give the key a word, a sign or an icon")
+
+    def test_refuses_an_icon_that_nobody_can_hear(self):
+        self.change("generator/pads.toml", 'BackSpace = {word = "Backspace"', 'Delete = {word = "Backspace"')
+        self.assert_refused('pads.toml: speech.words: "BackSpace" is missing; add it')
+
+    def test_refuses_a_page_whose_keys_nobody_can_hear(self):
+        self.change("generator/pads.toml", 'spoken = "Symbols"\n', "")
+        self.assert_refused('pads.toml: keyboard.pages.symbols: "spoken" is missing; add it')
 
     def test_refuses_an_icon_that_nobody_drew(self):
         self.change("generator/pads.toml", 'icon = "space"', 'icon = "rocket"')

@@ -211,7 +211,8 @@ class Keyboards(unittest.TestCase):
     def test_every_printable_ascii_character_can_be_typed(self, layout):
         printable = {chr(code) for code in range(0x20, 0x7f)}
         typed = {XKB.character(match["keysym"]) for match, _ in layout.keys() if not match["target"]}
-        self.assertEqual(set(), printable - typed)
+        # Others come back mangled from the decryption.
+        self.assertEqual(printable, typed)
 
     @for_each(KEYBOARDS)
     def test_every_page_can_be_reached_from_the_first_and_leads_back(self, layout):
@@ -233,13 +234,16 @@ class Keyboards(unittest.TestCase):
         return reached
 
     @for_each(KEYBOARDS)
-    def test_every_page_has_digits_and_control_keys_and_covers_the_same_places(self, layout):
-        covered = set()
+    def test_every_page_has_digits_and_control_keys_and_fills_the_same_rows(self, layout):
+        filled = set()
         for page in layout.pages():
             keys = layout.keys_of_page(page)
             self.assertLessEqual({*string.digits, *CONTROL_KEYS, "space"}, {match["keysym"] for match, _ in keys})
-            covered.add(frozenset(layout.box(item) for _, item in keys))
-        self.assertEqual(1, len(covered))
+            boxes = [layout.box(item) for _, item in keys]
+            filled.add(frozenset((y, min(box.x for box in boxes if box.y == y),
+                                  max(box.x + box.width for box in boxes if box.y == y))
+                                 for y in {box.y for box in boxes}))
+        self.assertEqual(1, len(filled))
 
     @for_each(KEYBOARDS)
     def test_letters_and_digits_keep_their_order_in_every_layout(self, layout):

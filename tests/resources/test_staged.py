@@ -6,7 +6,7 @@ import tempfile
 import unittest
 from pathlib import Path
 
-from layoutfiles import LAYOUT_FILES, SOURCES, STAGE, LayoutFile, png_size
+from layoutfiles import LAYOUT_FILES, SOURCES, STAGE, VOICE_FILES, LayoutFile, png_size
 
 
 class Images(unittest.TestCase):
@@ -30,6 +30,10 @@ class Layouts(unittest.TestCase):
                 self.assertEqual(1, committed.count('basedir="/usr/apps/vaultpad/res/images"'))
                 staged = (STAGE / "xml" / file).read_text(encoding="utf-8")
                 self.assertEqual(committed.replace("/usr/apps/vaultpad/res", str(STAGE)), staged)
+
+    def test_voice_files_are_staged_as_they_are_committed(self):
+        for file in VOICE_FILES.values():
+            self.assertEqual((SOURCES / "res/xml" / file).read_bytes(), (STAGE / "xml" / file).read_bytes(), file)
 
     def test_keep_markup_characters_of_the_directory_escaped(self):
         with tempfile.TemporaryDirectory() as folder:

@@ -8,7 +8,7 @@ import tempfile
 import unittest
 from pathlib import Path
 
-from layoutfiles import LAYOUT_FILES, SOURCES, STAGE, LayoutFile
+from layoutfiles import LAYOUT_FILES, SOURCES, STAGE, VOICE_FILES, LayoutFile, voices
 
 CATALOGUES = SOURCES / "res/locale"
 TEMPLATE = CATALOGUES / "vaultpad.pot"
@@ -102,10 +102,11 @@ class Catalogues(unittest.TestCase):
                 with self.subTest(f"{language} {message}"):
                     self.assertNotIn(catalogue.gettext(message), ("", message))
 
-    def test_every_translated_text_of_the_layouts_is_in_the_template(self):
+    def test_the_template_has_every_translated_text_of_layouts_and_voices_and_no_other(self):
         drawn = {text.get("value") for file in LAYOUT_FILES for text in LayoutFile(file).strings.values()
                  if text.get("i18n") == "true"}
-        self.assertEqual(set(messages()), drawn)
+        spoken = {voice.get("text") for pad in VOICE_FILES for voice in voices(pad) if voice.get("i18n") == "true"}
+        self.assertEqual(set(messages()), drawn | spoken)
 
     def test_no_two_keys_of_a_language_say_the_same(self):
         for language in translated_languages():
@@ -144,6 +145,9 @@ class WrongCatalogues(unittest.TestCase):
 
     def test_an_entry_that_nothing_asks_for_is_a_problem(self):
         self.assertIn("not used", self.problems_with(self.text + '\nmsgid "Old"\nmsgstr "Alt"\n'))
+
+    def test_a_pattern_that_lost_its_letter_is_a_problem(self):
+        self.assertIn("format specifications", self.problems_with(self.text.replace('"Großes %s"', '"Großes"')))
 
     def test_a_header_without_a_field_is_a_problem(self):
         fields = HEADER_FIELD.findall(self.text)

@@ -82,12 +82,14 @@ BREAKS = (
           "key.5.focus", "pinpad-eh"),
 )
 
-VOICES = '<voice>\n<voices>\n<item id="key.5"/>\n<item id="key.6.focus"/>\n</voices>\n</voice>\n'
+VOICES = ('<voice>\n<voices>\n<item id="label.title"/>\n<item id="key.5"/>\n<item id="key.6.focus"/>\n'
+          '</voices>\n</voice>\n')
 VOICE_BREAKS = (
     Break("missing-id", "no id", (('<item id="key.5"/>', "<item/>"),), "<item/>"),
     Break("duplicate-id", "an id twice", (("key.6.focus", "key.5"), ), "^<item.*key.5"),
     Break("unknown-key", "no key", (("key.6.focus", "key.q"),), "key.q"),
     Break("unknown-key", "another item", (("key.6.focus", "input"),), "input"),
+    Break("unknown-key", "no label", (("label.title", "label.help"),), "label.help"),
     Break("schema", "nested voices", (('<item id="key.6.focus"/>', '<item id="key.6"><item/></item>'),), "key.6"),
 )
 
@@ -170,7 +172,12 @@ class Check(ToolTest):
         file.write_text(broken(staged("pinpad").read_text(encoding="utf-8"), breakage), encoding="utf-8")
         self.assertEqual([], self.check(file, "--images", STAGE / "images"))
 
-    def test_finds_nothing_in_a_voice_file_for_the_layouts_keys(self):
+    def test_finds_nothing_in_the_staged_voice_files(self):
+        for pad in ("keyboard", "pinpad"):
+            with self.subTest(pad):
+                self.assertEqual([], self.check(staged(f"{pad}-audio")))
+
+    def test_finds_nothing_in_a_voice_file_for_the_layouts_keys_and_labels(self):
         file = self.folder / "pinpad-audio.xml"
         file.write_text(VOICES, encoding="utf-8")
         self.assertEqual([], self.check(file, "--layout", staged("pinpad")))

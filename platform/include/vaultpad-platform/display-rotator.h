@@ -17,7 +17,7 @@ enum { VAULTPAD_ROTATOR_PORTRAIT = 0, VAULTPAD_ROTATOR_PORTRAIT_REVERSED = 2 };
 bool display_rotator_is_supported(void);
 
 /* Reads the panel's state into *status. Returns 0; anything else on failure, then *status is untouched. */
-int display_rotator_get_status(int *status);
+int display_rotator_get_status(int* status);
 
 #ifdef __cplusplus
 }

@@ -20,7 +20,7 @@ enum { VAULTPAD_DLOG_MAIN = 0 };
  * Writes one line to the log. tag and format are read during the call only; format and its arguments are printf's.
  * Returns the number of bytes written, negative on failure.
  */
-int __dlog_print(int log_id, int priority, const char *tag, const char *format, ...)
+int __dlog_print(int log_id, int priority, const char* tag, const char* format, ...)
     __attribute__((format(printf, 4, 5)));
 
 #ifdef __cplusplus

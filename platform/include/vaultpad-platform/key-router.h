@@ -23,29 +23,29 @@ enum { VAULTPAD_KEY_ROUTER_OK = 1 };
 
 /* A list of keys; its memory belongs to the key router's library, which frees it on reset. */
 typedef struct KeyRouter_KeyList {
-    void *keys;
+    void* keys;
     unsigned int count;
 } KeyRouter_KeyList;
 
 /* Binds the registry global with this id. The Wayland objects stay the caller's. */
-int KeyRouter_Initialize(struct wl_display *display, struct wl_registry *registry, struct wl_seat *seat,
+int KeyRouter_Initialize(struct wl_display* display, struct wl_registry* registry, struct wl_seat* seat,
                          unsigned int global_id);
 
 /* Lets go of what KeyRouter_Initialize() bound; harmless when nothing is. */
 void KeyRouter_Finalize(void);
 
 /* Empties a list. */
-int KeyRouter_Reset_KeyList(KeyRouter_KeyList *list);
+int KeyRouter_Reset_KeyList(KeyRouter_KeyList* list);
 
 /* Adds every key of the remote control with the grab mode. */
-int KeyRouter_Add_All_Key(int mode, KeyRouter_KeyList *list);
+int KeyRouter_Add_All_Key(int mode, KeyRouter_KeyList* list);
 
 /* Takes one key of the mode off the list. */
-int KeyRouter_Remove_Key(const char *name, int mode, KeyRouter_KeyList *list);
+int KeyRouter_Remove_Key(const char* name, int mode, KeyRouter_KeyList* list);
 
 /* Grabs and releases the keys of the list for the surface. */
-int KeyRouter_Set_KeyList(struct wl_surface *surface, KeyRouter_KeyList *list);
-int KeyRouter_UnSet_KeyList(struct wl_surface *surface, KeyRouter_KeyList *list);
+int KeyRouter_Set_KeyList(struct wl_surface* surface, KeyRouter_KeyList* list);
+int KeyRouter_UnSet_KeyList(struct wl_surface* surface, KeyRouter_KeyList* list);
 
 /* Waits until the compositor has handled what was sent. The television's EFL has it, a desktop's has not. */
 void ecore_wl2_sync(void);

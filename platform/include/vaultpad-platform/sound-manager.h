@@ -15,13 +15,13 @@ enum { VAULTPAD_SPEAKER_LAST_LOCAL = 2 };
 enum { VAULTPAD_VOLUME_MAX = 100 };
 
 /* Reads the master volume, 0 to 100. */
-int sound_manager_get_master_volume(int *volume);
+int sound_manager_get_master_volume(int* volume);
 
 /* Sets the master volume, 0 to 100; any other value is a failure. */
 int sound_manager_set_master_volume(int volume);
 
 /* Reads which speaker is selected. */
-int sound_manager_get_speaker_selection(int *selection);
+int sound_manager_get_speaker_selection(int* selection);
 
 #ifdef __cplusplus
 }

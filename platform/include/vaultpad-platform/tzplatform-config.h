@@ -15,7 +15,7 @@ enum { VAULTPAD_TZPLATFORM_APPLICATION_ROOT = 28 };
  * Joins the directory that the variable stands for and a relative path. Returns a text that stays valid until the
  * next call on the same thread (copy it); null for an unknown variable.
  */
-const char *tzplatform_mkpath(int variable, const char *path);
+const char* tzplatform_mkpath(int variable, const char* path);
 
 #ifdef __cplusplus
 }

@@ -11,10 +11,10 @@ extern "C" {
 #endif
 
 /* Reads an integer setting into *value. Returns 0; negative on failure, then *value is untouched. */
-int vconf_get_int(const char *key, int *value);
+int vconf_get_int(const char* key, int* value);
 
 /* Reads a text setting. Returns a malloc'd text that the caller frees, or null on failure. */
-char *vconf_get_str(const char *key);
+char* vconf_get_str(const char* key);
 
 #ifdef __cplusplus
 }
