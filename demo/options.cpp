@@ -73,13 +73,14 @@ std::vector<std::string> splitKeys(const std::string& list) {
     return keys;
 }
 
-// Types 2580 and presses Done. The pad opens on its first key, 1; surplus presses at an edge do nothing, so the last
-// key of the last row, which is Done, is reached without knowing the layout.
+// Types 2580 and presses Done. The pad opens on its first key: 1, but BackSpace on a mirrored keyboard. Surplus presses
+// at an edge do nothing, so Done, at the end of the last row, is reached without knowing the layout.
 std::string defaultKeys(const Options& options) {
     const std::string towardsDone = options.reverse ? "Left*14" : "Right*14";
     const std::string done = options.pinLength == 4 ? "" : ",Down*6," + towardsDone + ",Return";
     if (options.isKeyboard()) {
-        return "Right,Return,Right*3,Return,Right*3,Return,Right*2,Return" + done;
+        const std::string one = options.reverse ? "Right," : "";
+        return one + "Right,Return,Right*3,Return,Right*3,Return,Right*2,Return" + done;
     }
     return "Right,Return,Down,Return,Down,Return,Down,Return" + done;
 }

@@ -24,6 +24,7 @@ expect "types 2580 by itself" 0 "$typed" --frames "$folder/frames"
 for orientation in landscape portrait portrait-reversed; do
     for type in pinpad keyboard; do
         expect "$type $orientation" 0 "$typed" --type "$type" --orientation "$orientation" --display none
+        expect "$type $orientation mirrored" 0 "$typed" --type "$type" --orientation "$orientation" --reverse --display none
     done
 done
 expect "1024-bit key" 0 "Encrypted session key: 128 bytes" --rsa-bits 1024 --display none
