@@ -31,6 +31,8 @@ void addCheckRules(CLI::App& command, CheckOptions& check) {
     command
         .add_option("--languages", check.languages, "Languages that labels are checked in, separated by commas, or all")
         ->delimiter(',')
+        // Otherwise the files that follow would be taken for languages.
+        ->allow_extra_args(false)
         ->capture_default_str();
 }
 
@@ -87,7 +89,8 @@ void addGallery(CLI::App& tool, Options& options) {
     command->add_option("--resources", options.gallery.resources, "Folder with xml, images and locale")
         ->capture_default_str();
     command->add_option("--languages", options.gallery.languages, "Languages, separated by commas (default: all)")
-        ->delimiter(',');
+        ->delimiter(',')
+        ->allow_extra_args(false);
     command->add_option("--reduce", options.gallery.reduction, "How many times smaller the pictures are")
         ->check(CLI::Range(1, 8))
         ->capture_default_str();

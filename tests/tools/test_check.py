@@ -144,7 +144,7 @@ class Check(ToolTest):
                         encoding="utf-8")
         found = {}
         for languages in ("en", "de", "en,de", "all"):
-            result = run("check", file, "--languages", languages)
+            result = run("check", "--languages", languages, file)
             found[languages] = set(re.findall(r"\((\w+)\) is drawn with size", result.stdout))
         self.assertEqual(set(), found["en"])
         self.assertEqual({"de"}, found["de"])
