@@ -6,6 +6,7 @@
 #include <unistd.h>
 
 #include <array>
+#include <clocale>
 #include <cstdio>
 #include <cstdlib>
 #include <string>
@@ -78,11 +79,25 @@ private:
     std::string saved_;
 };
 
+// Ecore takes the character set from the environment, over the locale that the process has chosen; translations would
+// then be converted to what the environment says, and lose every letter that it lacks.
+class LocaleGuard {
+public:
+    LocaleGuard() : saved_(setlocale(LC_ALL, nullptr)) {}
+    ~LocaleGuard() { setlocale(LC_ALL, saved_.c_str()); }
+    LocaleGuard(const LocaleGuard&) = delete;
+    LocaleGuard& operator=(const LocaleGuard&) = delete;
+
+private:
+    std::string saved_;
+};
+
 }  // namespace
 
 ToolkitSession::ToolkitSession() {
     const SignalGuard signals;
     const RuntimeFolderGuard runtimeFolder;
+    const LocaleGuard locale;
     // Heeded when EFL is initialised from zero, now or later: nothing takes it back. In a client that has EFL up its
     // modules stay as they are.
     ecore_app_no_system_modules();

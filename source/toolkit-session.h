@@ -7,7 +7,7 @@ namespace vaultpad {
 /*
  * Holds EFL initialised while it lives. In a client that uses EFL this only counts; in any other it initialises Evas
  * and Ecore without their system modules (and so without D-Bus), for the calling thread. The client's signal handlers
- * are the same afterwards, both times.
+ * are the same afterwards, both times, and so is the locale.
  */
 class ToolkitSession {
 public:

@@ -10,6 +10,8 @@
 #include <unistd.h>
 
 #include <atomic>
+#include <clocale>
+#include <cstdlib>
 #include <cstring>
 #include <memory>
 #include <string>
@@ -153,6 +155,15 @@ TEST(ToolkitSession, LeavesAClientsToolkitUp) {
     { const ToolkitSession session; }
     EXPECT_GT(evas_render_method_lookup("buffer"), 0);
     EXPECT_EQ(evas_shutdown(), 0);
+}
+
+TEST(ToolkitSession, KeepsTheLocaleThatTheEnvironmentDoesNotName) {
+    for (const char* variable : {"LANG", "LC_ALL", "LC_CTYPE"}) {
+        unsetenv(variable);
+    }
+    ASSERT_NE(setlocale(LC_ALL, "C.UTF-8"), nullptr);
+    const ToolkitSession session;
+    EXPECT_STREQ(setlocale(LC_ALL, nullptr), "C.UTF-8");
 }
 
 TEST(ToolkitSession, CountsEachSession) {
