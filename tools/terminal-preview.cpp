@@ -1,33 +1,21 @@
 #include "terminal-preview.h"
 
-#include <chafa.h>
 #include <sys/ioctl.h>
 #include <unistd.h>
 
-#include <memory>
+#include "display/chafa-handles.h"
 
 namespace vaultpad::tools {
 
 namespace {
 
+using secureworld::kPixelType;
+using secureworld::Owned;
+using secureworld::Release;
+
 constexpr int kUsualColumns = 80;
 constexpr int kUsualRows = 40;
 constexpr float kUsualCellShape = 0.5F;  // width by height
-constexpr ChafaPixelType kPixelType =
-    G_BYTE_ORDER == G_LITTLE_ENDIAN ? CHAFA_PIXEL_BGRA8_UNASSOCIATED : CHAFA_PIXEL_ARGB8_UNASSOCIATED;
-
-struct Release {
-    void operator()(ChafaTermInfo* info) const { chafa_term_info_unref(info); }
-    void operator()(ChafaCanvasConfig* config) const { chafa_canvas_config_unref(config); }
-    void operator()(ChafaCanvas* canvas) const { chafa_canvas_unref(canvas); }
-    void operator()(ChafaSymbolMap* map) const { chafa_symbol_map_unref(map); }
-    void operator()(GString* text) const { g_string_free(text, TRUE); }
-    void operator()(gchar** list) const { g_strfreev(list); }
-};
-
-template <typename Type>
-using Owned = std::unique_ptr<Type, Release>;
-
 winsize terminalSize() {
     winsize size{};
     if (ioctl(STDOUT_FILENO, TIOCGWINSZ, &size) != 0 || size.ws_col == 0 || size.ws_row < 2) {

@@ -1,5 +1,4 @@
 // Display terminal: the secure display drawn in place on the terminal that the client runs in.
-#include <chafa.h>
 
 #include <cstdlib>
 #include <memory>
@@ -7,6 +6,7 @@
 #include <stdexcept>
 #include <string>
 
+#include "display/chafa-handles.h"
 #include "display/display-module.h"
 #include "display/terminal.h"
 
@@ -17,9 +17,6 @@ constexpr int kMessageRows = 2;  // at the bottom, for the client
 constexpr int kColumnsMin = 24;
 constexpr int kRowsMin = 10 + kMessageRows;
 constexpr float kUsualCellShape = 0.5F;  // width by height
-constexpr ChafaPixelType kPixelType =
-    G_BYTE_ORDER == G_LITTLE_ENDIAN ? CHAFA_PIXEL_BGRA8_UNASSOCIATED : CHAFA_PIXEL_ARGB8_UNASSOCIATED;
-
 constexpr const char* kHideCursor = "\x1b[?25l";
 constexpr const char* kShowCursor = "\x1b[?25h";
 constexpr const char* kSaveCursor =
@@ -32,18 +29,6 @@ constexpr const char* kClear = "\x1b[2J";
 constexpr const char* kHome = "\x1b[H";
 constexpr const char* kScrollAll = "\x1b[r";
 constexpr const char* kDeleteKittyImages = "\x1b_Ga=d\x1b\\";
-
-struct Release {
-    void operator()(ChafaTermInfo* info) const { chafa_term_info_unref(info); }
-    void operator()(ChafaCanvasConfig* config) const { chafa_canvas_config_unref(config); }
-    void operator()(ChafaCanvas* canvas) const { chafa_canvas_unref(canvas); }
-    void operator()(ChafaSymbolMap* map) const { chafa_symbol_map_unref(map); }
-    void operator()(GString* text) const { g_string_free(text, TRUE); }
-    void operator()(gchar** list) const { g_strfreev(list); }
-};
-
-template <typename Type>
-using Owned = std::unique_ptr<Type, Release>;
 
 std::string position(int row, int column) {
     return "\x1b[" + std::to_string(row) + ';' + std::to_string(column) + 'H';
