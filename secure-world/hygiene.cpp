@@ -4,6 +4,7 @@
 #include <sys/prctl.h>
 #include <sys/resource.h>
 #include <sys/signalfd.h>
+#include <sys/stat.h>
 #include <sys/syscall.h>
 #include <unistd.h>
 
@@ -13,6 +14,9 @@
 namespace vaultpad::secureworld {
 
 namespace {
+
+// A row of pictures or sounds tells what was typed by where the focus was: nobody but the user may read it.
+constexpr mode_t kPrivate = 0077;
 
 void check(bool ok, const char* what) {
     if (!ok) {
@@ -26,6 +30,7 @@ void hardenProcess() {
     check(prctl(PR_SET_DUMPABLE, 0) == 0, "the process cannot be made undumpable");
     const rlimit none = {0, 0};
     check(setrlimit(RLIMIT_CORE, &none) == 0, "core files cannot be ruled out");
+    umask(kPrivate);
 }
 
 FileDescriptor takeSignals() {

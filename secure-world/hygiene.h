@@ -9,7 +9,8 @@
 namespace vaultpad::secureworld {
 
 // Keeps other processes of the same user out of this one's memory (no tracing, no /proc/<pid>/mem) and core files
-// from being written. Throws std::system_error when the system does not allow it.
+// from being written; what it writes itself only its user may read. Throws std::system_error when the system does not
+// allow it.
 void hardenProcess();
 
 // Ignores the signals that are the client's business: SIGINT of a terminal that both share, SIGPIPE. Returns a

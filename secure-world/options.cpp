@@ -5,6 +5,22 @@
 
 namespace vaultpad::secureworld {
 
+namespace {
+
+void checkCompleteness(const Options& options) {
+    if (options.display == "png" && options.framesFolder.empty()) {
+        throw CLI::ValidationError("--display png", "needs --frames, the folder for its files");
+    }
+    if (options.voice.output == "files" && options.voice.folder.empty()) {
+        throw CLI::ValidationError("--voice files", "needs --voice-folder, the folder for its files");
+    }
+    if (options.voice.output == "player" && options.voice.player.empty()) {
+        throw CLI::ValidationError("--voice player", "needs --voice-player, the program");
+    }
+}
+
+}  // namespace
+
 std::optional<Options> readOptions(int argc, char** argv, int* status) {
     Options options;
     CLI::App app(
@@ -24,12 +40,16 @@ std::optional<Options> readOptions(int argc, char** argv, int* status) {
         ->check(CLI::IsMember({"pad", "screen"}))
         ->capture_default_str();
     app.add_option("--store", options.storeFolder, "Folder that the received images are written to");
+    app.add_option("--voice", options.voice.output, "Where the focused keys are spoken: none, files or player")
+        ->check(CLI::IsMember({"none", "files", "player"}))
+        ->capture_default_str();
+    app.add_option("--voice-folder", options.voice.folder, "Folder that voice files writes to");
+    app.add_option("--voice-player", options.voice.player,
+                   "Program of voice player; gets a WAV file on its standard input");
     app.add_option("--log", options.log, "Log: stderr, none or a file")->capture_default_str();
     try {
         app.parse(argc, argv);
-        if (options.display == "png" && options.framesFolder.empty()) {
-            throw CLI::ValidationError("--display png", "needs --frames, the folder for its files");
-        }
+        checkCompleteness(options);
     } catch (const CLI::ParseError& error) {
         *status = app.exit(error);
         return std::nullopt;

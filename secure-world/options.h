@@ -6,6 +6,7 @@
 #include <string>
 
 #include "display/screen.h"
+#include "voice/voice-output.h"
 
 namespace vaultpad::secureworld {
 
@@ -15,6 +16,7 @@ struct Options {
     std::string framesFolder;      // for display png
     Screen::View view = Screen::View::Pad;
     std::string storeFolder;  // empty: the image store is not written out
+    VoiceSettings voice;
     std::string log = "stderr";
 };
 

@@ -131,7 +131,8 @@ bool Server::open(const VaultPadChannelRequest& request) {
         }
         const DisplaySettings settings = {options_.framesFolder};
         screen_ = std::make_unique<Screen>(loadDisplay(options_.display, settings), options_.view);
-        session_ = std::make_unique<Session>(screen_.get(), log_, options_.storeFolder);
+        voice_ = makeVoiceOutput(options_.voice, log_);
+        session_ = std::make_unique<Session>(screen_.get(), voice_.get(), log_, options_.storeFolder);
     } catch (...) {
         failed_ = true;
         throw;

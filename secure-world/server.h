@@ -11,6 +11,7 @@
 #include "log.h"
 #include "options.h"
 #include "session/session.h"
+#include "voice/voice-output.h"
 
 namespace vaultpad::secureworld {
 
@@ -33,6 +34,7 @@ private:
     Options options_;
     FileDescriptor endRequested_;
     std::unique_ptr<Screen> screen_;
+    std::unique_ptr<VoiceOutput> voice_;
     std::unique_ptr<Session> session_;
     bool failed_ = false;
 };

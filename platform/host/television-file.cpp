@@ -135,6 +135,8 @@ std::vector<KeyRule> makeKeyRules() {
         {"ok", BluetoothStop::kOk}, {"not-streaming", BluetoothStop::kNotStreaming}, {"fails", BluetoothStop::kFails}};
     const std::vector<std::pair<const char*, std::string>> displays = {
         {"none", "none"}, {"terminal", "terminal"}, {"png", "png"}, {"window", "window"}};
+    const std::vector<std::pair<const char*, std::string>> voices = {
+        {"none", "none"}, {"files", "files"}, {"player", "player"}};
     constexpr const char* kLogTargets = "stderr | none | a path";
     return {
         {"log", "target", kLogTargets, storeLogTarget},
@@ -150,6 +152,9 @@ std::vector<KeyRule> makeKeyRules() {
         numberKey("sound", "volume", &T::volume, 0, 100),
         numberKey("sound", "speaker", &T::speaker, 0, 9),
         choiceKey("sound", "bluetooth-stop", &T::bluetoothStop, stops),
+        choiceKey("sound", "voice", &T::voice, voices),
+        pathKey("sound", "voice-folder", &T::voiceFolder),
+        pathKey("sound", "voice-player", &T::voicePlayer),
         choiceKey<bool>("privilege", "default", &T::allowByDefault, {{"allow", true}, {"deny", false}}),
         rulesKey("allow", &T::allow),
         rulesKey("deny", &T::deny),
@@ -189,8 +194,8 @@ public:
         for (char** group = groups.get(); *group != nullptr; ++group) {
             readGroup(*group);
         }
-        if (problems_.empty() && television_.taDisplay == "png" && television_.taFrames.empty()) {
-            problems_.push_back(name_ + ": [secure-world] display = png: needs the key frames, a folder for the files");
+        if (problems_.empty()) {
+            findMissingKeys();
         }
         return std::move(problems_);
     }
@@ -216,6 +221,23 @@ private:
                 problems_.push_back(name_ + ": [" + group + "] " + *key + ": unknown key; known are " + known);
             } else {
                 readKey(*rule);
+            }
+        }
+    }
+
+    void findMissingKeys() {
+        const struct {
+            bool missing;
+            const char* problem;
+        } needs[] = {{television_.taDisplay == "png" && television_.taFrames.empty(),
+                      "[secure-world] display = png: needs the key frames, a folder for the files"},
+                     {television_.voice == "files" && television_.voiceFolder.empty(),
+                      "[sound] voice = files: needs the key voice-folder, a folder for the files"},
+                     {television_.voice == "player" && television_.voicePlayer.empty(),
+                      "[sound] voice = player: needs the key voice-player, the path of a program"}};
+        for (const auto& need : needs) {
+            if (need.missing) {
+                problems_.push_back(name_ + ": " + need.problem);
             }
         }
     }

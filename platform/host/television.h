@@ -51,6 +51,9 @@ struct Television {
     int volume = 20;
     int speaker = 0;
     BluetoothStop bluetoothStop = BluetoothStop::kOk;
+    std::string voice = "none";
+    std::string voiceFolder; /* empty: not given; the same for the player */
+    std::string voicePlayer;
 
     bool allowByDefault = true;
     std::vector<PrivilegeRule> allow;

@@ -37,6 +37,13 @@ std::vector<std::string> commandLine(const Television& television) {
     if (!television.taStore.empty()) {
         words.insert(words.end(), {"--store", television.taStore});
     }
+    words.insert(words.end(), {"--voice", television.voice});
+    if (!television.voiceFolder.empty()) {
+        words.insert(words.end(), {"--voice-folder", television.voiceFolder});
+    }
+    if (!television.voicePlayer.empty()) {
+        words.insert(words.end(), {"--voice-player", television.voicePlayer});
+    }
     words.insert(words.end(), {"--log", television.taLog});
     return words;
 }

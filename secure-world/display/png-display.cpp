@@ -1,43 +1,24 @@
 // Display png: one file for each change of the picture.
 #include <png.h>
-#include <sys/stat.h>
 
 #include <cstddef>
 #include <cstdint>
-#include <cstdio>
 #include <filesystem>
 #include <stdexcept>
 #include <string>
-#include <system_error>
 #include <vector>
 
 #include "display/display-module.h"
+#include "numbered-files.h"
 
 namespace vaultpad::secureworld {
 namespace {
 
-namespace fs = std::filesystem;
-
 constexpr std::size_t kChannels = 3;
-// A row of pictures tells what was typed by where the focus was: nobody but the user may read it.
-constexpr mode_t kPrivate = 0077;
 
 class PngDisplay : public Display {
 public:
-    explicit PngDisplay(const DisplaySettings& settings) : folder_(settings.framesFolder) {
-        umask(kPrivate);
-        std::error_code error;
-        fs::create_directories(folder_, error);
-        if (error) {
-            throw std::runtime_error("cannot create the folder " + folder_.string() + ": " + error.message());
-        }
-        // Pictures of an earlier session stay: the numbers go on behind them.
-        while (fs::exists(pathOf(number_ + 1), error)) {
-            ++number_;
-        }
-        write(temporary(), std::vector<std::uint8_t>(kChannels, 0), 1, 1);  // tells now whether it can be written to
-        fs::remove(temporary(), error);
-    }
+    explicit PngDisplay(const DisplaySettings& settings) : files_(settings.framesFolder, "frame") {}
 
     void show(const Picture& picture) override {
         std::vector<std::uint8_t> bytes;
@@ -50,22 +31,13 @@ public:
                 bytes.push_back(static_cast<std::uint8_t>(row[x] & 0xff));
             }
         }
-        write(temporary(), bytes, picture.width, picture.height);
-        // Whoever watches the folder finds whole pictures only.
-        fs::rename(temporary(), pathOf(number_ + 1));
-        ++number_;
+        write(files_.unfinished(), bytes, picture.width, picture.height);
+        files_.publish(".png");
     }
 
 private:
-    fs::path temporary() const { return folder_ / ".frame.png.new"; }
-
-    fs::path pathOf(unsigned number) const {
-        char name[32];
-        std::snprintf(name, sizeof(name), "frame-%04u.png", number);
-        return folder_ / name;
-    }
-
-    static void write(const fs::path& path, const std::vector<std::uint8_t>& bytes, int width, int height) {
+    static void write(const std::filesystem::path& path, const std::vector<std::uint8_t>& bytes, int width,
+                      int height) {
         png_image image = {};
         image.version = PNG_IMAGE_VERSION;
         image.width = static_cast<png_uint_32>(width);
@@ -77,8 +49,7 @@ private:
         }
     }
 
-    fs::path folder_;
-    unsigned number_ = 0;  // of the latest picture
+    NumberedFiles files_;
 };
 
 }  // namespace

@@ -109,4 +109,9 @@ std::optional<ImageId> parseImageId(std::string_view id) {
     return words.empty() ? std::optional(result) : std::nullopt;
 }
 
+std::string clipIdOf(const std::string& id) {
+    const std::optional<ImageId> image = parseImageId(id);
+    return image && image->kind == ImageKind::Key ? id.substr(0, id.rfind('.')) : id;
+}
+
 }  // namespace vaultpad::secureworld

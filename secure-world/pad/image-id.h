@@ -22,6 +22,9 @@ struct ImageId {
 // Reads an id by the grammar of docs/layout-guide.md. Returns nothing for an id outside of it.
 std::optional<ImageId> parseImageId(std::string_view id);
 
+// The id of the voice clip for an image: a key's id without its state, any other id as it is.
+std::string clipIdOf(const std::string& id);
+
 }  // namespace vaultpad::secureworld
 
 #endif

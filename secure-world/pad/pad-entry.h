@@ -31,6 +31,8 @@ public:
     Effect press(std::uint32_t keyCode);
 
     TypedText& text() { return text_; }
+    // An index into the pad's keys, or Pad::kNoKey.
+    std::size_t focusedKey() const { return focusedKey_; }
     std::vector<Drawing> drawings() const { return pad_.drawings(page_, focusedKey_, text_.size()); }
 
 private:

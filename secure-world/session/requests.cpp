@@ -1,6 +1,7 @@
 #include "session/requests.h"
 
 #include <cstring>
+#include <memory>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -10,6 +11,8 @@
 #include "session/refusal.h"
 #include "session/text.h"
 #include "vaultpad/ta-protocol.h"
+#include "voice/inflation.h"
+#include "voice/wave-file.h"
 
 namespace vaultpad::secureworld {
 
@@ -60,6 +63,21 @@ StoredImage readImage(Reader* reader, const PadType& type) {
                         static_cast<int>(height)};
     image.pixels = reader->blob("image pixels", static_cast<std::size_t>(size));
     return image;
+}
+
+VoiceClip readVoiceClip(Reader* reader) {
+    VoiceClip clip;
+    clip.id = std::string(reader->string("clip id", VoiceClips::kIdLengthMax));
+    const std::uint32_t compressed = reader->word("compressed size");
+    const std::uint32_t size = reader->word("uncompressed size");
+    const RequestBytes data = reader->blob("clip", compressed);
+    if (clip.id.empty() || compressed == 0) {
+        throw Refusal("a clip has no id or no data");
+    }
+    checkRange("uncompressed size", size, 0, VoiceClips::kSoundSizeMax);
+    clip.sound = std::make_shared<const Sound>(inflated(data, size));
+    checkWaveFile(*clip.sound);
+    return clip;
 }
 
 }  // namespace
@@ -130,17 +148,7 @@ std::vector<VoiceClip> readVoiceClips(const RequestBytes& request) {
     checkRange("clip count", count, 0, VAULTPAD_TA_VOICE_BATCH_CLIPS);
     std::vector<VoiceClip> result;
     for (std::uint32_t i = 0; i < count; ++i) {
-        VoiceClip clip;
-        clip.id = std::string(reader.string("clip id", VoiceClips::kIdLengthMax));
-        const std::uint32_t compressed = reader.word("compressed size");
-        clip.size = reader.word("uncompressed size");
-        const RequestBytes data = reader.blob("clip", compressed);
-        clip.compressed.assign(data.begin(), data.end());
-        if (clip.id.empty() || compressed == 0) {
-            throw Refusal("a clip has no id or no data");
-        }
-        checkRange("uncompressed size", clip.size, 0, VoiceClips::kSizeMax);
-        result.push_back(std::move(clip));
+        result.push_back(readVoiceClip(&reader));
     }
     reader.end();
     return result;

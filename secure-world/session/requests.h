@@ -8,7 +8,7 @@
 #include "session/image-store.h"
 #include "session/public-key.h"
 #include "session/request-bytes.h"
-#include "session/voice-clips.h"
+#include "voice/voice-clips.h"
 
 namespace vaultpad::secureworld {
 
@@ -31,7 +31,7 @@ void checkRenderContext(const RequestBytes& request);
 // Event 0, each image placed from the origin that the pad's type told.
 std::vector<StoredImage> readImages(const RequestBytes& request, const PadType& type);
 
-// Event 4.
+// Event 4, each clip inflated and found to be a sound that can be played, or empty.
 std::vector<VoiceClip> readVoiceClips(const RequestBytes& request);
 
 // Event 3.

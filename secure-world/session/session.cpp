@@ -13,8 +13,15 @@
 
 namespace vaultpad::secureworld {
 
-Session::Session(Screen* screen, Log* log, std::string storeFolder)
-    : screen_(screen), log_(log), storeFolder_(std::move(storeFolder)) {}
+namespace {
+
+// What is spoken when the pad opens, before its focused key.
+constexpr const char* kTitleClip = "label.title";
+
+}  // namespace
+
+Session::Session(Screen* screen, VoiceOutput* voice, Log* log, std::string storeFolder)
+    : screen_(screen), log_(log), storeFolder_(std::move(storeFolder)), speaker_(voice, log) {}
 
 Answer Session::handle(std::uint32_t event, const RequestBytes& request) {
     switch (event) {
@@ -86,7 +93,7 @@ void Session::endImages(const RequestBytes& request) {
 
 void Session::takeVoiceClips(const RequestBytes& request) {
     requireThat(imagesDone_, "voice clips before the end of the images");
-    voiceClips_.add(readVoiceClips(request));
+    speaker_.add(readVoiceClips(request));
 }
 
 void Session::takePublicKey(const RequestBytes& request) {
@@ -121,6 +128,7 @@ void Session::show(const RequestBytes& request) {
         typed_ = false;
         stage_ = Stage::Shown;
         log_->line("pad shown, " + std::to_string(images_.images().size()) + " images");
+        speaker_.speak({kTitleClip, focusedClip()});
     }
 }
 
@@ -156,6 +164,11 @@ void Session::draw() {
     screen_->showPad(layers, pad_->area());
 }
 
+std::string Session::focusedClip() const {
+    const std::size_t key = entry_->focusedKey();
+    return key == Pad::kNoKey ? "" : clipIdOf(images_.images()[pad_->keys()[key].focusImage].id);
+}
+
 // What a key did stands, whatever becomes of its picture.
 void Session::tryOnDisplay(const std::function<void()>& action) {
     try {
@@ -185,12 +198,17 @@ Answer Session::pressKey(const RequestBytes& request) {
 Answer Session::pressOnPad(std::uint32_t keyCode) {
     Answer answer;
     const std::size_t before = entry_->text().size();
+    const std::size_t focused = entry_->focusedKey();
     switch (entry_->press(keyCode)) {
         case PadEntry::Effect::Nothing:
             return answer;
         case PadEntry::Effect::Changed:
             tryOnDisplay([this] { draw(); });
             typed_ = typed_ || !entry_->text().empty();
+            // The focus alone is spoken: what a key types, a loudspeaker must not repeat.
+            if (entry_->focusedKey() != focused) {
+                speaker_.speak({focusedClip()});
+            }
             break;
         case PadEntry::Effect::Completed:
             try {
@@ -216,6 +234,7 @@ Answer Session::pressOnPad(std::uint32_t keyCode) {
 void Session::close(const char* how) {
     entry_->restart();
     stage_ = Stage::Closed;
+    speaker_.speak({});
     tryOnDisplay([this] { screen_->hide(); });
     log_->line(std::string("pad ") + how);
 }

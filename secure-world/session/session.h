@@ -19,14 +19,15 @@
 #include "session/public-key.h"
 #include "session/request-bytes.h"
 #include "session/requests.h"
-#include "session/voice-clips.h"
+#include "voice/speaker.h"
 
 namespace vaultpad::secureworld {
 
 class Session {
 public:
-    // screen and log must outlive the session. storeFolder: where the image store is written to for tests, or empty.
-    Session(Screen* screen, Log* log, std::string storeFolder);
+    // screen, voice and log must outlive the session. storeFolder: where the image store is written to for tests, or
+    // empty.
+    Session(Screen* screen, VoiceOutput* voice, Log* log, std::string storeFolder);
 
     // Carries out an event (a VaultPadTaEvent). Returns the answer, which only a key event has something to tell in.
     // Throws Refusal, or another std::exception when something fails; the session is unchanged then.
@@ -48,6 +49,7 @@ private:
     void close(const char* how);
     void buildPad();
     void draw();
+    std::string focusedClip() const;
     void tryOnDisplay(const std::function<void()>& action);
     void requireThat(bool condition, const char* reason) const;
 
@@ -59,7 +61,7 @@ private:
     bool renderContext_ = false;
     bool imagesDone_ = false;
     ImageStore images_;
-    VoiceClips voiceClips_;
+    Speaker speaker_;
     std::optional<PublicKey> publicKey_;
     std::optional<Pad> pad_;         // from the first show on
     std::optional<PadEntry> entry_;  // likewise

@@ -41,6 +41,7 @@ TEST_F(TelevisionTest, TakesAFileWithEveryKey) {
                            "[settings]\nlanguage=ko_KR.UTF-8\nfocus-zoom=1\nhigh-contrast=1\nbluetooth-streaming=1\n"
                            "[orientation]\nmirrored=true\nrotator=portrait\nsensor=portrait-reversed\n"
                            "[sound]\nvolume=100\nspeaker=9\nbluetooth-stop=not-streaming\n"
+                           "voice=player\nvoice-folder=/tmp/voice\nvoice-player=/bin/true\n"
                            "[privilege]\ndefault=deny\nallow=* 5001 *;\ndeny=label one 0 http://x/y\n"
                            "[secure-world]\nexecutable=/bin/true\ndisplay=png\nframes=frames\nview=screen\n"
                            "store=/tmp/store\nlog=none\ntimeout=600\n"),
@@ -72,7 +73,12 @@ const BadFile kBadFiles[] = {
     {"[sound]\nvolume=99999999999999999999\n", "[sound] volume = 99999999999999999999: must be 0..100"},
     {"[sound]\nspeaker=10\n", "[sound] speaker = 10: must be 0..9"},
     {"[sound]\nbluetooth-stop=maybe\n", "[sound] bluetooth-stop = maybe: must be ok | not-streaming | fails"},
-    {"[sound]\nloudness=3\n", "[sound] loudness: unknown key; known are volume, speaker, bluetooth-stop"},
+    {"[sound]\nloudness=3\n",
+     "[sound] loudness: unknown key; known are volume, speaker, bluetooth-stop, voice, voice-folder, voice-player"},
+    {"[sound]\nvoice=loud\n", "[sound] voice = loud: must be none | files | player"},
+    {"[sound]\nvoice=files\n", "[sound] voice = files: needs the key voice-folder, a folder for the files"},
+    {"[sound]\nvoice=player\n", "[sound] voice = player: needs the key voice-player, the path of a program"},
+    {"[sound]\nvoice-player=\n", "[sound] voice-player = : must be a path"},
     {"[radio]\nvolume=3\n",
      "[radio]: unknown group; known are log, paths, settings, orientation, sound, privilege, secure-world"},
     {"[settings]\nfocus-zoom=true\n", "[settings] focus-zoom = true: must be 0..1"},

@@ -40,15 +40,18 @@ protected:
 TEST_F(SessionTest, StartsTheTaWithTheTelevisionsDefaults) {
     ASSERT_EQ(open(), 0);
     EXPECT_THAT(arguments(), ElementsAre(VAULTPAD_TEST_TA, "--channel", "3", "--display", "none", "--view", "pad",
-                                         "--log", "stderr"));
+                                         "--voice", "none", "--log", "stderr"));
 }
 
 TEST_F(SessionTest, StartsTheTaWithTheTelevisionsSettings) {
-    useTa("display=png\nframes=frames\nview=screen\nstore=/some/store\nlog=ta.log\n");
+    useTa(
+        "display=png\nframes=frames\nview=screen\nstore=/some/store\nlog=ta.log\n"
+        "[sound]\nvoice=files\nvoice-folder=voice\nvoice-player=/bin/player\n");
     ASSERT_EQ(open(), 0);
     EXPECT_THAT(arguments(), ElementsAre(VAULTPAD_TEST_TA, "--channel", "3", "--display", "png", "--frames",
                                          folder().string() + "/frames", "--view", "screen", "--store", "/some/store",
-                                         "--log", folder().string() + "/ta.log"));
+                                         "--voice", "files", "--voice-folder", folder().string() + "/voice",
+                                         "--voice-player", "/bin/player", "--log", folder().string() + "/ta.log"));
 }
 
 TEST_F(SessionTest, AsksForTheUuidBigEndian) {

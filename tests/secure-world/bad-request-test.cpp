@@ -304,28 +304,12 @@ std::vector<Bad> badKeys() {
     };
 }
 
-std::vector<Bad> badClips() {
-    const auto bad = [](const char* name, const Bytes& content, const char* reason) {
-        return Bad{name, ImagesDone, VAULTPAD_TA_EVENT_VOICE_DATA, [content] { return content; }, reason};
-    };
-    return {
-        bad("SixteenClips", Writer().word(16).bytes(), "clip count is 16"),
-        bad("ClipWithoutId", Writer().word(1).string("").word(1).word(1).blob({1}).bytes(), "no id or no data"),
-        bad("ClipWithoutData", Writer().word(1).string("a").word(0).word(1).bytes(), "no id or no data"),
-        bad("ClipLargerThanTheBlock", Writer().word(1).string("a").word(2).word(1).blob({1}).bytes(), "clip takes 2"),
-        bad("ClipThatInflatesTooFar", Writer().word(1).string("a").word(1).word((64u << 20) + 1).blob({1}).bytes(),
-            "uncompressed size is"),
-        bad("ClipWithTrailingBytes", Writer().word(1).string("a").word(1).word(1).blob({1, 2}).bytes(),
-            "follow the last value")};
-}
-
 const auto nameOf = [](const testing::TestParamInfo<Bad>& info) { return std::string(info.param.name); };
 INSTANTIATE_TEST_SUITE_P(Order, BadRequest, testing::ValuesIn(badOrder()), nameOf);
 INSTANTIATE_TEST_SUITE_P(PadType, BadRequest, testing::ValuesIn(badTypes()), nameOf);
 INSTANTIATE_TEST_SUITE_P(Description, BadRequest, testing::ValuesIn(badDescriptions()), nameOf);
 INSTANTIATE_TEST_SUITE_P(Images, BadRequest, testing::ValuesIn(badImages()), nameOf);
 INSTANTIATE_TEST_SUITE_P(PublicKey, BadRequest, testing::ValuesIn(badKeys()), nameOf);
-INSTANTIATE_TEST_SUITE_P(Voice, BadRequest, testing::ValuesIn(badClips()), nameOf);
 
 }  // namespace
 }  // namespace vaultpad::secureworld

@@ -53,6 +53,13 @@ KeyAction actionOf(const std::string& id, bool digitsOnly) {
     return actionOf(*parseImageId(id), digitsOnly);
 }
 
+TEST(ClipId, LeavesOutTheStateOfAKeyAndNothingElse) {
+    EXPECT_EQ("key.1", clipIdOf("key.1.focus"));
+    EXPECT_EQ("main.key.Shift_L.to-upper", clipIdOf("main.key.Shift_L.to-upper.normal"));
+    EXPECT_EQ("label.normal", clipIdOf("label.normal"));
+    EXPECT_EQ("no id.focus", clipIdOf("no id.focus"));
+}
+
 TEST(KeyAction, TypesTheCharacterThatTheKeysymStandsFor) {
     EXPECT_EQ(u'a', actionOf("key.a.normal", false).character);
     EXPECT_EQ(u'@', actionOf("key.at.normal", false).character);

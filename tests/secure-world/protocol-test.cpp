@@ -8,6 +8,7 @@
 #include "sample-pads.h"
 #include "ta-client.h"
 #include "vaultpad/ta-protocol.h"
+#include "voice-samples.h"
 
 namespace vaultpad::secureworld {
 namespace {
@@ -94,18 +95,16 @@ TEST(Protocol, StoresAnImageOfAForeignIdWithoutDrawingIt) {
     EXPECT_NE(std::string::npos, client.log().find("some picture\\x0a")) << client.log();
 }
 
-TEST(Protocol, TakesVoiceClipsAndReplacesThemById) {
+TEST(Protocol, TakesVoiceClipsWithoutAVoice) {
     TaClient client;
-    ASSERT_NO_FATAL_FAILURE(showPad(&client));
-    Writer batch;
-    batch.word(15);
-    for (int i = 0; i < 15; ++i) {
-        batch.string("voice" + std::to_string(i)).word(3).word(100).blob({1, 2, 3});
-    }
-    EXPECT_EQ(0, client.invoke(VAULTPAD_TA_EVENT_VOICE_DATA, batch.bytes())) << client.log();
-    EXPECT_EQ(0, client.invoke(VAULTPAD_TA_EVENT_VOICE_DATA, batch.bytes())) << client.log();
-    const Bytes empty = Writer().word(1).string("voice0").word(8).word(0).blob(Bytes(8)).bytes();
-    EXPECT_EQ(0, client.invoke(VAULTPAD_TA_EVENT_VOICE_DATA, empty)) << client.log();
+    ASSERT_NO_FATAL_FAILURE(preparePad(&client));
+    std::vector<SampleClip> clips = pinPadClips();
+    clips.push_back({"key.6", {}});
+    ASSERT_EQ(15u, clips.size());
+    EXPECT_EQ(0, client.invoke(VAULTPAD_TA_EVENT_VOICE_DATA, clipsRequest(clips))) << client.log();
+    EXPECT_EQ(0, client.invoke(VAULTPAD_TA_EVENT_VOICE_DATA, Writer().word(0).bytes())) << client.log();
+    EXPECT_EQ(0, client.invoke(VAULTPAD_TA_EVENT_SHOW)) << client.log();
+    EXPECT_EQ(1u, press(&client, "r").pressed);
 }
 
 }  // namespace

@@ -150,12 +150,16 @@ RequestBytes requestOf(const Bytes& bytes) {
     return {copy, bytes.size()};
 }
 
-void showPad(TaClient* client, const std::vector<SampleImage>& images, const TypeRequest& type) {
+void preparePad(TaClient* client, const std::vector<SampleImage>& images, const TypeRequest& type) {
     ASSERT_EQ(0, client->open()) << client->log();
     ASSERT_EQ(0, client->invoke(VAULTPAD_TA_EVENT_IME_TYPE, typeRequest(type))) << client->log();
     ASSERT_EQ(0, client->invoke(VAULTPAD_TA_EVENT_RENDER_CONTEXT, renderContextRequest())) << client->log();
     ASSERT_EQ(0, client->invoke(VAULTPAD_TA_EVENT_IMAGE_DATA, imagesRequest(images))) << client->log();
     ASSERT_EQ(0, client->invoke(VAULTPAD_TA_EVENT_IMAGE_DONE)) << client->log();
+}
+
+void showPad(TaClient* client, const std::vector<SampleImage>& images, const TypeRequest& type) {
+    ASSERT_NO_FATAL_FAILURE(preparePad(client, images, type));
     ASSERT_EQ(0, client->invoke(VAULTPAD_TA_EVENT_SHOW)) << client->log();
 }
 

@@ -50,7 +50,10 @@ Bytes imagesRequest(const std::vector<SampleImage>& images);
 // A request as it arrives in a session: on the heap in its exact size, so that a sanitizer sees a read beyond it.
 RequestBytes requestOf(const Bytes& bytes);
 
-// Everything up to and with the show; every event is expected to be accepted.
+// Everything up to and with the end of the images; every event is expected to be accepted.
+void preparePad(TaClient* client, const std::vector<SampleImage>& images = pinPad(), const TypeRequest& type = {});
+
+// The same and the show.
 void showPad(TaClient* client, const std::vector<SampleImage>& images = pinPad(), const TypeRequest& type = {});
 
 // Presses keys by letter: u d l r for the arrows, ! for Return. Expects each to be accepted; returns the last answer.

@@ -12,6 +12,7 @@
 #include "rsa-client.h"
 #include "sample-pads.h"
 #include "vaultpad/ta-protocol.h"
+#include "voice/voice-output.h"
 
 namespace vaultpad::secureworld {
 namespace {
@@ -49,7 +50,8 @@ protected:
     bool fails_ = false;
     Screen screen_{std::make_unique<FailingDisplay>(&fails_), Screen::View::Pad};
     Log log_{"none"};
-    Session session_{&screen_, &log_, ""};
+    std::unique_ptr<VoiceOutput> voice_ = makeVoiceOutput({}, &log_);
+    Session session_{&screen_, voice_.get(), &log_, ""};
 };
 
 TEST_F(SessionOnAFailingDisplay, RefusesTheShowAndTakesKeysOnlyAfterOneThatWorked) {

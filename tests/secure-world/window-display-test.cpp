@@ -14,6 +14,7 @@
 #include "session/session.h"
 #include "ta-client.h"
 #include "vaultpad/ta-protocol.h"
+#include "voice/voice-output.h"
 
 namespace vaultpad::secureworld {
 namespace {
@@ -100,7 +101,8 @@ TEST_F(WindowDisplayTest, HidesWithoutCountingAsClosed) {
 TEST_F(WindowDisplayTest, MakesTheNextKeyACancelOnceTheViewerHasClosedIt) {
     Screen screen(std::move(display_), Screen::View::Pad);
     Log log("none");
-    Session session(&screen, &log, "");
+    const std::unique_ptr<VoiceOutput> voice = makeVoiceOutput({}, &log);
+    Session session(&screen, voice.get(), &log, "");
     session.handle(VAULTPAD_TA_EVENT_IME_TYPE, requestOf(typeRequest()));
     session.handle(VAULTPAD_TA_EVENT_RENDER_CONTEXT, requestOf(renderContextRequest()));
     session.handle(VAULTPAD_TA_EVENT_IMAGE_DATA, requestOf(imagesRequest(pinPad())));
