@@ -9,16 +9,15 @@
 #include <unistd.h>
 
 #include <cerrno>
-#include <chrono>
 #include <filesystem>
 #include <fstream>
 #include <functional>
 #include <string>
-#include <thread>
 
 #include "hygiene.h"
 #include "pad/locked-page.h"
 #include "pad/typed-text.h"
+#include "process-state.h"
 #include "sample-pads.h"
 #include "ta-client.h"
 #include "vaultpad/ta-protocol.h"
@@ -43,23 +42,6 @@ void dropToOrdinaryUser() {
     if (geteuid() == 0 && (setresgid(kNobody, kNobody, kNobody) != 0 || setresuid(kNobody, kNobody, kNobody) != 0)) {
         _exit(126);
     }
-}
-
-bool hasEndedOrIsZombie(pid_t process) {
-    std::ifstream stat("/proc/" + std::to_string(process) + "/stat");
-    std::string line;
-    return !std::getline(stat, line) || line.find(") Z ") != std::string::npos;
-}
-
-bool endsWithin(pid_t process, int seconds) {
-    const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(seconds);
-    while (std::chrono::steady_clock::now() < deadline) {
-        if (hasEndedOrIsZombie(process)) {
-            return true;
-        }
-        std::this_thread::sleep_for(std::chrono::milliseconds(5));
-    }
-    return false;
 }
 
 TEST(Hygiene, MakesTheProcessUndumpableAndRulesCoreFilesOut) {

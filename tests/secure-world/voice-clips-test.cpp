@@ -154,6 +154,7 @@ std::vector<BadClips> badSounds() {
         {"EightBit", sound(with(wave, 34, 8)), "is no WAV file"},
         {"WrongDataSize", sound(with(wave, 40, 0)), "is no WAV file"},
         {"HalfASample", sound(shorter(wave)), "is no WAV file"},
+        {"StrayByte", sound(longer(waveFile(3, 0))), "is no WAV file"},
         {"CutFile", sound(shorter(shorter(wave))), "is no WAV file"},
     };
 }
