@@ -7,12 +7,18 @@
 #include <vaultpad-platform/vconf.h>
 
 #include <cstdio>
+#include <type_traits>
 
+#include "audio/voice-message.h"
 #include "context/application-context-parser.h"
 #include "helper-paths.h"
 #include "log.h"
 
 namespace vaultpad::audio {
+
+static_assert(
+    std::is_same_v<context::ElementContainer::Map, VoiceCollection<context::ElementContainer::Map::mapped_type>>,
+    "the voice maker counts the clips in the same order");
 
 VoiceGuide* VoiceGuide::voiceGuide = nullptr;
 std::chrono::nanoseconds VoiceGuide::waitLimit = std::chrono::seconds(30);

@@ -58,7 +58,10 @@ public:
     /* Appends length bytes to the clip. */
     void setVoiceDataListData(const unsigned char* data, int index, int length);
 
-    /* Receives clips on a listening socket until all are complete: 0. -1 when no connection can be accepted. */
+    /*
+     * Receives clips on a listening socket until all are complete: 0. -1 when no connection can be accepted, or when
+     * the guide no longer waits. A message that does not fit the clips is dropped, and completes none.
+     */
     int recvVoiceData(int socket);
 
     bool enabled() const { return enabled_; }
@@ -74,6 +77,8 @@ public:
 private:
     int receive();
     bool takeMessage(int connection);
+    void awaitMessage(int connection);
+    void drop(const char* reason, int index, int length);
     void wakeReceiver();
     void giveUp();
 
@@ -84,6 +89,10 @@ private:
     std::vector<voice_data> clips_;
     std::future<int> result_;
     std::atomic<bool> stopping_{false};
+
+    /* The receiver's own: how long it still waits for connections that say nothing, and what it has dropped. */
+    std::chrono::nanoseconds patience_{0};
+    int dropped_ = 0;
 };
 
 }  // namespace vaultpad::audio

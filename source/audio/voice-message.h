@@ -1,4 +1,7 @@
-/* What the voice maker sends to the library: the wire layout of one message, and the socket it is sent to. */
+/*
+ * What the library and the voice maker share: the wire layout of one message, the socket it is sent to, and the order
+ * of the clips. The voice maker includes this header and nothing else of the library.
+ */
 #ifndef VAULTPAD_SOURCE_AUDIO_VOICE_MESSAGE_H
 #define VAULTPAD_SOURCE_AUDIO_VOICE_MESSAGE_H
 
@@ -7,10 +10,22 @@
 
 #include <cstdint>
 #include <cstring>
+#include <string>
+#include <unordered_map>
 
 namespace vaultpad::audio {
 
 constexpr int kVoiceMessageCapacity = 24000;
+
+/* What a clip may hold: 19 full messages, ten seconds of speech. A batch of the largest clips fits its block. */
+constexpr int kVoiceClipCapacity = 19 * kVoiceMessageCapacity;
+
+/*
+ * The voices by id. A clip's index is its id's place in a walk over this collection, when the voice file's items were
+ * put into it in the file's order: on both ends the same collection of the same standard library.
+ */
+template <typename Voice>
+using VoiceCollection = std::unordered_map<std::string, Voice>;
 
 /* Native byte order. One message per connection. */
 struct VoiceMessage {

@@ -62,6 +62,7 @@ size_t __real_fread(void* data, size_t size, size_t count, FILE* file);
 int __real_usleep(useconds_t microseconds);
 int __real_bind(int socket, const sockaddr* address, socklen_t length);
 int __real_connect(int socket, const sockaddr* address, socklen_t length);
+int __real_getsockopt(int socket, int level, int option, void* value, socklen_t* length);
 
 pid_t __wrap_fork(void) {
     if (!libc().processesAreFake) {
@@ -176,6 +177,14 @@ int __wrap_connect(int socket, const sockaddr* address, socklen_t length) {
     sockaddr_un own{};
     const socklen_t ownLength = privateAddress(address, length, own);
     return __real_connect(socket, reinterpret_cast<const sockaddr*>(&own), ownLength);
+}
+
+int __wrap_getsockopt(int socket, int level, int option, void* value, socklen_t* length) {
+    const int result = __real_getsockopt(socket, level, option, value, length);
+    if (result == 0 && level == SOL_SOCKET && option == SO_PEERCRED && libc().peerUser) {
+        static_cast<ucred*>(value)->uid = *libc().peerUser;
+    }
+    return result;
 }
 
 }  // extern "C"

@@ -1,10 +1,10 @@
 /*
  * The calls into libc that the library's objects make, under a test's control.
  *
- * The linker redirects (--wrap) fork, execl, kill, signal, malloc, calloc, fopen, fread, usleep, bind and connect of
- * the objects linked into a test executable, and of nothing in shared libraries. Without a test's word each does what
- * libc does, but for bind and connect: they keep the voice maker's socket address to the process, so that tests may run
- * side by side.
+ * The linker redirects (--wrap) fork, execl, kill, signal, malloc, calloc, fopen, fread, usleep, bind, connect
+ * and getsockopt of the objects linked into a test executable, and of nothing in shared libraries. Without a test's
+ * word each does what libc does, but for bind and connect: they keep the voice maker's socket address to the process,
+ * so that tests may run side by side.
  */
 #ifndef VAULTPAD_TESTS_SUPPORT_LIBC_DOUBLE_H
 #define VAULTPAD_TESTS_SUPPORT_LIBC_DOUBLE_H
@@ -38,6 +38,9 @@ struct LibcDouble {
 
     /* usleep() returns at once and is recorded. */
     bool sleepsAreFake = false;
+
+    /* The user that every peer of a socket is said to be. */
+    std::optional<uid_t> peerUser;
 
     /* Addresses given to bind() and connect(), all bytes. */
     std::vector<std::string> boundAddresses;

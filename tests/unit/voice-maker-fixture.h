@@ -49,18 +49,28 @@ protected:
 
     static VoiceGuide& guide() { return VoiceGuide::instance(); }
 
+    /* Connects to the guide's socket; -1 when nobody listens, or the backlog is full. */
+    static int tryToConnect() {
+        const int socket = ::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC | SOCK_NONBLOCK, 0);
+        const sockaddr_un address = audio::voiceSocketAddress();
+        if (connect(socket, reinterpret_cast<const sockaddr*>(&address), sizeof(address)) != 0) {
+            close(socket);
+            return -1;
+        }
+        return socket;
+    }
+
     /* Connects to the guide's socket, which its thread may still have to bind. */
     static int connection() {
-        const int socket = ::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0);
-        const sockaddr_un address = audio::voiceSocketAddress();
         for (int attempt = 0; attempt < 500; ++attempt) {
-            if (connect(socket, reinterpret_cast<const sockaddr*>(&address), sizeof(address)) == 0) {
+            const int socket = tryToConnect();
+            if (socket >= 0) {
                 return socket;
             }
             std::this_thread::sleep_for(std::chrono::milliseconds(10));
         }
         ADD_FAILURE() << "nobody listens for clips";
-        return socket;
+        return -1;
     }
 
     static void sendBytes(const void* bytes, std::size_t size) {

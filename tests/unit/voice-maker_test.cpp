@@ -79,42 +79,13 @@ TEST_F(VoiceMakerTest, FullMessageIsTakenWhole) {
     EXPECT_EQ(clip(0), full);
 }
 
-struct BadMessage : Named {
-    int index;
-    int length;
-};
-
-class BadVoiceMessage : public VoiceMakerTest, public testing::WithParamInterface<BadMessage> {};
-
-TEST_P(BadVoiceMessage, IsDroppedWithItsFinalFlag) {
+TEST_F(VoiceMakerTest, FinalFlagsBeyondTheClipsFindNoReceiver) {
     writeVoices({"a"});
     guide().create(1);
-    VoiceMessage bad{};
-    bad.index = GetParam().index;
-    bad.length = GetParam().length;
-    bad.final = kFinal;
-    sendBytes(&bad, sizeof(bad));
-    sendChunk(0, "good", kFinal);
+    sendChunk(0, "all", kFinal);
     guide().waitComplete();
-    EXPECT_EQ(clip(0), "good");
-    EXPECT_THAT(platform().errors(),
-                ElementsAre("[TUI NWD] Voice message is dropped : index " + std::to_string(GetParam().index) +
-                            " of 1, length " + std::to_string(GetParam().length)));
-}
-
-INSTANTIATE_TEST_SUITE_P(, BadVoiceMessage,
-                         testing::Values(BadMessage{{"IndexBeyondTheClips"}, 1, 0},
-                                         BadMessage{{"NegativeIndex"}, -1, 0}, BadMessage{{"NegativeLength"}, 0, -1},
-                                         BadMessage{{"LengthBeyondTheMessage"}, 0, 24001}),
-                         CaseName());
-
-TEST_F(VoiceMakerTest, ConnectionWithoutAMessageCompletesNothing) {
-    writeVoices({"a"});
-    guide().create(1);
-    close(connection());
-    sendChunk(0, "after", kFinal);
-    guide().waitComplete();
-    EXPECT_EQ(clip(0), "after");
+    EXPECT_EQ(tryToConnect(), -1);
+    EXPECT_EQ(clip(0), "all");
 }
 
 TEST_F(VoiceMakerTest, NoVoicesAreCompleteAtOnce) {
