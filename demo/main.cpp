@@ -14,6 +14,7 @@
 #include "pad-client.h"
 #include "remote-control.h"
 #include "rsa-key-pair.h"
+#include "speaking-demo.h"
 #include "television-file.h"
 
 namespace vaultpad_demo {
@@ -62,6 +63,9 @@ int report(const Options& options, const Outcome& outcome, bool done) {
     if (options.display == "png") {
         std::cout << "Pictures of the secure display: " << std::filesystem::absolute(options.frames).string() << "\n";
     }
+    if (options.voice && options.voicePlayer.empty()) {
+        std::cout << "What was spoken: " << std::filesystem::absolute(options.frames).string() << "\n";
+    }
     if (!outcome.completed) {
         std::cout << (done ? "The pad was left; nothing was handed over." : "The keys ended before the pad was done.")
                   << std::endl;
@@ -73,12 +77,13 @@ int report(const Options& options, const Outcome& outcome, bool done) {
     return EXIT_SUCCESS;
 }
 
-// Pictures of an earlier session would pass for this one's.
+// Pictures and speech of an earlier session would pass for this one's.
 void removeOldFrames(const std::string& folder) {
     std::error_code ignored;
     for (const auto& entry : std::filesystem::directory_iterator(folder, ignored)) {
         const std::string name = entry.path().filename().string();
-        if (name.rfind("frame-", 0) == 0 && entry.path().extension() == ".png") {
+        const std::filesystem::path kind = entry.path().extension();
+        if ((name.rfind("frame-", 0) == 0 && kind == ".png") || (name.rfind("voice-", 0) == 0 && kind == ".wav")) {
             std::filesystem::remove(entry.path(), ignored);
         }
     }
@@ -88,7 +93,7 @@ int run(const Options& options) {
     const TelevisionFile television(options);
     RsaKeyPair key = generateRsaKeyPair(options.rsaBits);
     const bool drawnHere = options.display == "terminal";
-    if (options.display == "png") {
+    if (options.display == "png" || options.voice) {
         removeOldFrames(options.frames);
     }
     const std::unique_ptr<PadClient> client = makePadClient(options.family);
@@ -134,6 +139,9 @@ int main(int argc, char** argv) {
         return exitCode;
     }
     try {
+        if (options->voice) {
+            vaultpad_demo::becomeSpeakingDemo(argv);
+        }
         return vaultpad_demo::run(*options);
     } catch (const std::exception& error) {
         std::cerr << "vaultpad-demo: " << error.what();

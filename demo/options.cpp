@@ -4,6 +4,8 @@
 #include <iostream>
 #include <sstream>
 
+#include "speaking-demo.h"
+
 namespace vaultpad_demo {
 
 namespace {
@@ -42,6 +44,9 @@ void declare(CLI::App& cli, Options& options, std::string& keyList) {
                    "Keys to press instead of a person, separated by commas: Up, Down, Left, Right, Return, XF86Back; "
                    "Right*3 presses three times");
     cli.add_option("--log", options.log, "Where log lines go: stderr, none, or a file (default: none)");
+    cli.add_flag("--voice", options.voice,
+                 "Voice guide on: on a terminal aplay or paplay plays what is spoken; elsewhere, or without them, a WAV "
+                 "file for every focus goes into the folder of --frames");
     cli.add_option("--store", options.store, "Folder that the trusted application writes the received images to");
 }
 
@@ -101,6 +106,9 @@ std::optional<Options> parseOptions(int argc, char** argv, bool interactive, int
     }
     if (options.display.empty()) {
         options.display = interactive ? "terminal" : "png";
+    }
+    if (options.voice && interactive) {
+        options.voicePlayer = findPlayer();
     }
     if (options.log.empty()) {
         options.log = "none";

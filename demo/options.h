@@ -23,6 +23,8 @@ struct Options {
     std::string family = "csapi";  /* csapi, plain */
     std::vector<std::string> keys; /* empty on a terminal: the keyboard is the remote control */
     std::string log;               /* stderr, none, a file */
+    bool voice = false;
+    std::string voicePlayer;       /* program that plays what is spoken; none: files beside the pictures */
     std::string store;             /* folder that the trusted application writes its images to, if any */
 
     bool isKeyboard() const { return type == "keyboard"; }

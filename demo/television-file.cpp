@@ -23,6 +23,16 @@ std::string fileOrWord(const std::string& value) {
     return std::filesystem::absolute(value).string();
 }
 
+std::string soundGroup(const Options& options) {
+    if (!options.voice) {
+        return "";
+    }
+    if (!options.voicePlayer.empty()) {
+        return "[sound]\nvoice=player\nvoice-player=" + options.voicePlayer + "\n\n";
+    }
+    return "[sound]\nvoice=files\nvoice-folder=" + std::filesystem::absolute(options.frames).string() + "\n\n";
+}
+
 std::string keyFile(const Options& options) {
     std::ostringstream text;
     text << "[log]\ntarget=" << fileOrWord(options.log) << "\n\n"
@@ -30,7 +40,7 @@ std::string keyFile(const Options& options) {
          << "\nhigh-contrast=" << options.highContrast << "\n\n"
          << "[orientation]\nmirrored=" << (options.reverse ? "true" : "false") << "\nrotator=" << options.orientation
          << "\n\n"
-         << "[secure-world]\ndisplay=" << options.display << "\nview=" << options.view
+         << soundGroup(options) << "[secure-world]\ndisplay=" << options.display << "\nview=" << options.view
          << "\nlog=" << fileOrWord(options.log) << "\n";
     if (options.display == "png") {
         text << "frames=" << std::filesystem::absolute(options.frames).string() << "\n";
