@@ -24,8 +24,8 @@ struct Options {
     std::vector<std::string> keys; /* empty on a terminal: the keyboard is the remote control */
     std::string log;               /* stderr, none, a file */
     bool voice = false;
-    std::string voicePlayer;       /* program that plays what is spoken; none: files beside the pictures */
-    std::string store;             /* folder that the trusted application writes its images to, if any */
+    std::string voicePlayer; /* program that plays what is spoken; none: files beside the pictures */
+    std::string store;       /* folder that the trusted application writes its images to, if any */
 
     bool isKeyboard() const { return type == "keyboard"; }
 };

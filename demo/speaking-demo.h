@@ -12,7 +12,8 @@ namespace vaultpad_demo {
  */
 void becomeSpeakingDemo(char** argv);
 
-/* The path of a program that plays a WAV file from its standard input without being asked to; empty when there is none. */
+/* The path of a program that plays a WAV file from its standard input without being asked to; empty when there is none.
+ */
 std::string findPlayer();
 
 }  // namespace vaultpad_demo

@@ -7,8 +7,8 @@
 namespace vaultpad::helpers {
 
 /*
- * While it exists, the process has an unnamed file called "vaultpad-loading" with one line: the pad and the state of the
- * voice connection. Read it below /proc/PID/fd. It goes with the process, however that ends.
+ * While it exists, the process has an unnamed file called "vaultpad-loading" with one line: the pad and the state of
+ * the voice connection. Read it below /proc/PID/fd. It goes with the process, however that ends.
  */
 class LoadingIndicator {
 public:

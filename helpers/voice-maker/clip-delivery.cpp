@@ -18,8 +18,8 @@ constexpr timeval kSendTimeout = {10, 0};
 
 }  // namespace
 
-ClipDelivery::ClipDelivery(const EndWatch& watch, pid_t receiver)
-    : watch_(watch), receiver_(receiver), deadline_(std::chrono::steady_clock::now() + kPatience) {}
+ClipDelivery::ClipDelivery(const EndWatch& watch, pid_t receiver, std::chrono::milliseconds patience)
+    : watch_(watch), receiver_(receiver), deadline_(std::chrono::steady_clock::now() + patience) {}
 
 bool ClipDelivery::deliver(int index, const Bytes& clip) {
     std::size_t sent = 0;
@@ -42,8 +42,9 @@ bool ClipDelivery::deliver(int index, const Bytes& clip) {
 bool ClipDelivery::send(const audio::VoiceMessage& message) {
     const int socket = connection();
     if (socket < 0) {
-        std::fprintf(stderr, "vault-voice-maker: nobody receives clips: the pad that started this is gone or did "
-                             "not wait\n");
+        std::fprintf(stderr,
+                     "vault-voice-maker: nobody receives clips: the pad that started this is gone or did "
+                     "not wait\n");
         return false;
     }
     const bool sent = ::send(socket, &message, sizeof(message), MSG_NOSIGNAL) == static_cast<ssize_t>(sizeof(message));

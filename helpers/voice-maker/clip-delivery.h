@@ -14,11 +14,8 @@ namespace vaultpad::helpers {
 
 class ClipDelivery {
 public:
-    /* How long the receiver's socket is waited for. */
-    static constexpr std::chrono::seconds kPatience{5};
-
-    /* receiver: the process that the clips are for. The time that it is waited for runs from here. */
-    ClipDelivery(const EndWatch& watch, pid_t receiver);
+    /* receiver: the process that the clips are for. patience: how long its socket is waited for, from here on. */
+    ClipDelivery(const EndWatch& watch, pid_t receiver, std::chrono::milliseconds patience = std::chrono::seconds(5));
 
     /*
      * Sends the clip, one connection for each message. Waits for the receiver before the first one; later a receiver

@@ -1,5 +1,5 @@
-// The voice maker: speaks the items of a pad's voice file in the menu language and takes the clips to the library, which
-// started it. It knows the pad's keys, and never which of them are pressed.
+// The voice maker: speaks the items of a pad's voice file in the menu language and takes the clips to the library,
+// which started it. It knows the pad's keys, and never which of them are pressed.
 #include <unistd.h>
 #include <vaultpad-platform/tzplatform-config.h>
 #include <vaultpad-platform/vconf.h>

@@ -82,7 +82,9 @@ std::string markup(const std::string& text, const std::string& letter) {
 }  // namespace
 
 Speech::Speech(const char* locale, const std::string& catalogues) {
-    setlocale(LC_ALL, locale);
+    if (locale == nullptr || setlocale(LC_ALL, locale) == nullptr) {
+        setlocale(LC_ALL, "C");
+    }
     bindtextdomain(kDomain, catalogues.c_str());
     bind_textdomain_codeset(kDomain, "UTF-8");
     voice_ = voiceFor(catalogueLanguage());

@@ -17,8 +17,9 @@ struct Utterance {
 class Speech {
 public:
     /*
-     * Applies the locale and finds its catalogue below the folder. What is spoken is the language of the catalogue, so
-     * that text and voice agree: a locale that this host does not have, and one without a catalogue, speak English.
+     * Applies the locale, which may be null, and finds its catalogue below the folder. What is spoken is the language
+     * of the catalogue, so that text and voice agree: a locale that this host does not have, and one without a
+     * catalogue, speak English.
      */
     Speech(const char* locale, const std::string& catalogues);
 

@@ -10,7 +10,7 @@ namespace vaultpad::helpers {
 struct VoiceItem {
     std::string id;
     std::string text;
-    bool translated; /* the text is a message of the catalogue */
+    bool translated;    /* the text is a message of the catalogue */
     std::string letter; /* takes the place of %s in the text */
 };
 

@@ -16,9 +16,10 @@ constexpr std::size_t kSampleSize = 2;
 
 // The header with both sizes zero.
 constexpr std::array<std::uint8_t, kHeaderSize> kHeader = {
-    'R', 'I', 'F', 'F', 0, 0, 0, 0, 'W', 'A', 'V', 'E',                          //
-    'f', 'm', 't', ' ', 16, 0, 0, 0, 1, 0, 1, 0,                                 // PCM, one channel
-    0x22, 0x56, 0, 0, 0x44, 0xAC, 0, 0, 2, 0, 16, 0, 'd', 'a', 't', 'a', 0, 0, 0, 0};  // 22050 Hz, 44100 bytes a second
+    'R',  'I',  'F', 'F', 0,    0,    0, 0, 'W', 'A', 'V', 'E',  //
+    'f',  'm',  't', ' ', 16,   0,    0, 0, 1,   0,   1,   0,    // PCM, one channel
+    0x22, 0x56, 0,   0,   0x44, 0xAC, 0, 0, 2,   0,   16,  0,
+    'd',  'a',  't', 'a', 0,    0,    0, 0};  // 22050 Hz, 44100 bytes a second
 
 void writeSize(Bytes& bytes, std::size_t offset, std::size_t size) {
     for (std::size_t i = 0; i < 4; ++i) {
