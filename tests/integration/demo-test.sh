@@ -37,6 +37,8 @@ expect "wrong type" 105 "pinpad" --type remote
 expect "wrong key list" 105 "write KEY*NUMBER" --keys 'Right*x'
 expect "no terminal" 1 "the pad could not be opened" --display terminal --keys Return
 expect "no key router" 1 "the plain family needs a Wayland compositor" --family plain --display none
+expect "voice" 0 "What was spoken:" --voice --frames "$folder/spoken"
+ls "$folder/spoken" | grep -q -- '^voice-[0-9]*-key\.5\.wav$' || { echo "FAILED: key 5 was not spoken"; failures=$((failures + 1)); }
 expect "help" 0 "--high-contrast" --help
 [ "$failures" -eq 0 ] && echo "all demo runs as expected"
 exit "$failures"

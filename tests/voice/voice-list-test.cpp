@@ -26,7 +26,8 @@ protected:
     static Strings libraryOrder(int type) {
         Strings ids;
         context::ApplicationContextParser parser;
-        for (const auto& [id, element] : *parser.parseAudio(type)->getVoices()) {
+        const auto container = parser.parseAudio(type);
+        for (const auto& [id, element] : *container->getVoices()) {
             ids.push_back(element->attribute("id"));
         }
         return ids;
