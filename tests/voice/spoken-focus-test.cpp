@@ -48,7 +48,7 @@ protected:
     /* Waits until that many clips were spoken in all, and a little for one too many; returns the names from the nth on.
      */
     Strings spokenFrom(std::size_t first, std::size_t count) const {
-        Strings names;
+        Strings names = spoken();
         for (int attempt = 0; attempt < 500 && names.size() < count; ++attempt) {
             std::this_thread::sleep_for(std::chrono::milliseconds(10));
             names = spoken();
@@ -57,6 +57,12 @@ protected:
         names = spoken();
         names.erase(names.begin(), names.begin() + static_cast<std::ptrdiff_t>(std::min(first, names.size())));
         return names;
+    }
+
+    /* What was spoken beyond the first so many, some time after the last key. */
+    Strings spokenAfter(std::size_t first) const {
+        std::this_thread::sleep_for(std::chrono::milliseconds(400));
+        return spokenFrom(first, 0);
     }
 
     /* The spoken clips' files in order. */
@@ -128,7 +134,7 @@ TEST_F(SpokenFocus, TypingSpeaksNothing) {
     client_.press("Right");
     const std::size_t before = spokenFrom(0, 3).size();
     client_.pressAll("Return*4");
-    EXPECT_THAT(spokenFrom(before, before + 1), IsEmpty());
+    EXPECT_THAT(spokenAfter(before), IsEmpty());
 }
 
 TEST_F(SpokenFocus, KeyboardSpeaksItsKeysAndItsTitle) {
@@ -158,14 +164,14 @@ TEST_F(SpokenFocus, NetworkSpeakerKeepsThePadSilent) {
     television_.set("sound", "speaker", "3").apply();
     ASSERT_EQ(client_.open(VAULTPAD_TYPE_PINPAD, 0), 0);
     client_.pressAll("Right,Down");
-    EXPECT_THAT(spokenFrom(0, 1), IsEmpty());
+    EXPECT_THAT(spokenAfter(0), IsEmpty());
     EXPECT_THAT(television_.log(), testing::HasSubstr("[TUI NWD] Connect Network Speaker : 3"));
 }
 
 TEST_F(SpokenFocus, StreamingThatCannotBeStoppedKeepsThePadSilent) {
     television_.set("settings", "bluetooth-streaming", "1").set("sound", "bluetooth-stop", "fails").apply();
     ASSERT_EQ(client_.open(VAULTPAD_TYPE_PINPAD, 0), 0);
-    EXPECT_THAT(spokenFrom(0, 1), IsEmpty());
+    EXPECT_THAT(spokenAfter(0), IsEmpty());
 }
 
 TEST_F(SpokenFocus, StreamingThatIsStoppedLetsThePadSpeak) {
