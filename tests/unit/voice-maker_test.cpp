@@ -27,7 +27,7 @@ TEST_F(VoiceMakerTest, CreateNamesOneClipForEachVoiceInTheCollectionsOrder) {
 TEST_F(VoiceMakerTest, SocketIsBoundToTheZeroPaddedAbstractName) {
     guide().create(1);
     close(connection());
-    // With the receiver's thread, which writes what is looked at.
+    // The receiver's thread writes the list that is read below: it has to have ended.
     VoiceGuide::destroy();
     std::string expected(110, '\0');
     expected[0] = AF_UNIX;
