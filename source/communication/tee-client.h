@@ -6,6 +6,7 @@
 #include <vaultpad/vaultpad.h>
 
 #include <cstdint>
+#include <optional>
 #include <string>
 
 #include "communication/image-record.h"
@@ -76,7 +77,8 @@ public:
 
     /*
      * Takes the canvas's first object into the image table, packed and turned for orientation_. 0 also when the table
-     * is full (the image is dropped); -1 when memory runs out or the object is larger than the canvas.
+     * is full (the image is dropped); -1 when memory runs out, the object is larger than the canvas, or its
+     * turned place is none that a word holds.
      */
     std::int32_t loadImage(graphic::Canvas& canvas);
 
@@ -95,6 +97,11 @@ private:
     bool readAnswer(void* block, AppResult* result, bool* button_pressed, bool* closed);
     std::int32_t sendEmptyEvent(std::uint32_t event, std::uint32_t blockSize, bool releaseAfterFailure);
     void uploadTuiDescription(void** block);
+    struct Place {
+        std::int32_t x;
+        std::int32_t y;
+    };
+    std::optional<Place> rotatedPlace(const graphic::Object& object, bool clockwise) const;
     bool isRotated() const;
     std::int32_t loadPlainImage(const graphic::Canvas& canvas, const graphic::Object& object);
     std::int32_t loadRotatedImage(const graphic::Canvas& canvas, const graphic::Object& object);

@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <cstdlib>
 #include <memory>
+#include <optional>
 #include <sstream>
 #include <stdexcept>
 
@@ -71,7 +72,26 @@ std::int32_t TeeClient::loadPlainImage(const graphic::Canvas& canvas, const grap
     return 0;
 }
 
+// Nothing when no number holds it: the sums are 64 bits wide, as a layout may place an object anywhere.
+std::optional<TeeClient::Place> TeeClient::rotatedPlace(const graphic::Object& object, bool clockwise) const {
+    const std::int64_t left = object.x();
+    const std::int64_t top = object.y();
+    // Clockwise adds the rotation width, which only the other direction sets and which is 0 here as a rule: intended.
+    const std::int64_t x = clockwise ? rotationHeight_ - (top + object.height()) : top;
+    const std::int64_t y = clockwise ? rotationWidth_ + left : rotationWidth_ - (left + object.width());
+    if (std::min(x, y) < INT32_MIN || std::max(x, y) > INT32_MAX) {
+        return std::nullopt;
+    }
+    return Place{static_cast<std::int32_t>(x), static_cast<std::int32_t>(y)};
+}
+
 std::int32_t TeeClient::loadRotatedImage(const graphic::Canvas& canvas, const graphic::Object& object) {
+    const bool clockwise = orientation_ == VAULTPAD_TA_ORIENTATION_PORTRAIT;
+    const std::optional<Place> place = rotatedPlace(object, clockwise);
+    if (!place) {
+        CA_LOG_ERROR("object %s at %d, %d is too far away to be turned", object.id().c_str(), object.x(), object.y());
+        return -1;
+    }
     const auto width = static_cast<std::size_t>(object.width());
     const auto height = static_cast<std::size_t>(object.height());
     const Buffer<std::uint32_t> source = allocate<std::uint32_t>(width * height * kWordBytes);
@@ -85,7 +105,6 @@ std::int32_t TeeClient::loadRotatedImage(const graphic::Canvas& canvas, const gr
         CA_LOG_ERROR("memory allocation fail;");
         return -1;
     }
-    const bool clockwise = orientation_ == VAULTPAD_TA_ORIENTATION_PORTRAIT;
     (clockwise ? turnClockwise : turnCounterClockwise)(source.get(), width, height, turned.get());
     Buffer<std::uint8_t> packed = allocate<std::uint8_t>(width * height * VAULTPAD_TA_BYTES_PER_PIXEL);
     if (!packed) {
@@ -96,10 +115,7 @@ std::int32_t TeeClient::loadRotatedImage(const graphic::Canvas& canvas, const gr
     if (imageCount_ >= VAULTPAD_TA_IMAGE_COUNT_MAX) {
         return 0;
     }
-    // Clockwise adds the rotation width, which only the other direction sets and which is 0 here as a rule: intended.
-    const std::int32_t x = clockwise ? rotationHeight_ - (object.y() + object.height()) : object.y();
-    const std::int32_t y = clockwise ? rotationWidth_ + object.x() : rotationWidth_ - (object.x() + object.width());
-    record(object, packed.release(), x, y, object.height(), object.width());
+    record(object, packed.release(), place->x, place->y, object.height(), object.width());
     return 0;
 }
 

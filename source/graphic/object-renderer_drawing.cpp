@@ -3,8 +3,11 @@
 #include <unistd.h>
 
 #include <array>
+#include <climits>
+#include <cstdint>
 #include <cstring>
 #include <sstream>
+#include <stdexcept>
 
 #include "exception.h"
 #include "graphic/object-renderer.h"
@@ -63,7 +66,14 @@ int leftEdge(const std::string& left, const std::string& textAlign, int margin, 
     if (textAlign == "center") {
         return (parent.width() - width) / 2;
     }
-    return textAlign == "right" ? parent.width() - width - margin : parent.left();
+    if (textAlign != "right") {
+        return parent.left();
+    }
+    const std::int64_t edge = std::int64_t{parent.width()} - width - margin;
+    if (edge < INT_MIN || edge > INT_MAX) {
+        throw std::out_of_range("margin");
+    }
+    return static_cast<int>(edge);
 }
 
 // A bitmap counts with its own size, anything else with its current geometry.

@@ -3,6 +3,7 @@
 import pathlib
 import struct
 import sys
+import zlib
 
 CORPUS = pathlib.Path(__file__).parent / "corpus"
 
@@ -33,8 +34,12 @@ def image(name, width, height, x, y, size=None):
     return name.encode() + b"\0" + word(width, height, x, y, len(pixels) if size is None else size) + pixels
 
 
-def clip(name, size, data):
-    return name.encode() + b"\0" + word(len(data), size) + data
+def clip(name, samples, size=None):
+    sound = (b"RIFF" + word(36 + len(samples)) + b"WAVEfmt " + word(16) + struct.pack("<HHIIHH", 1, 1, 22050, 44100, 2, 16)
+             + b"data" + word(len(samples)) + samples)
+    # Stored, which is the same bytes with every version of zlib.
+    data = zlib.compress(sound, 0)
+    return name.encode() + b"\0" + word(len(data), len(sound) if size is None else size) + data
 
 
 TYPE = event(5, word(1, 4, 0, 0, 0, 0, 500, 300))
@@ -48,8 +53,10 @@ RETURN, UP, LEFT, RIGHT, DOWN = (event(2, word(2, code)) for code in (36, 111, 1
 def ta_sessions():
     write("ta-session", "whole-session",
           b"\0" + TYPE + DESCRIPTION + IMAGES + event(7) + PUBLIC_KEY + event(6) + event(1) + RETURN * 4)
-    write("ta-session", "clips",
-          b"\0" + TYPE + DESCRIPTION + event(7) + event(4, word(1) + clip("1", 3, b"x\x9cKLJ\x06\0\x02M\x01'")))
+    clips = word(3) + clip("key.1", b"\1\2\3\4") + clip("label.title", b"\5\6") + clip("background", b"")
+    write("ta-session", "clips", b"\0" + TYPE + DESCRIPTION + IMAGES + event(7) + event(4, clips) + event(1) + RETURN + UP)
+    write("ta-session", "clip-of-wrong-size", b"\0" + TYPE + DESCRIPTION + event(7) + event(4, word(1) + clip("1", b"", 9)))
+    write("ta-session", "prepared-clips", b"\x01" + event(4, clips) + RIGHT + LEFT + RETURN)
     write("ta-session", "prepared-pin-pad", b"\x01" + RIGHT + RETURN + LEFT + UP + DOWN + RETURN * 4)
     write("ta-session", "prepared-keyboard-turned", b"\xe3" + RETURN + DOWN + RETURN + event(1) + PUBLIC_KEY)
     write("ta-session", "refusals",
@@ -69,7 +76,7 @@ def voices():
     write("voice-message", "three-clips", b"".join(message(i, b"sound", 1) for i in range(3)))
     write("voice-message", "wrong-fields", message(9, b"a", 1) + b"\0\x01\xff\xff\x01\x00" + message(2, b"b", 0))
     write("voice-message", "short", b"\x0d" + word(1, 4, 1) + b"\x03\0\0")
-    write("voice-packing", "clips", b"".join(b"\x02k%c" % (65 + i) + b"\x05sound" + bytes([i * 9, i]) for i in range(17)))
+    write("voice-packing", "clips", b"".join(b"\x02k%c" % (65 + i) + b"\x05sound" + bytes([i * 9, i, i]) for i in range(17)))
 
 
 def key_names():

@@ -11,6 +11,8 @@
 #include "request.h"
 #include "session/refusal.h"
 #include "session/session.h"
+#include "voice/voice-output.h"
+#include "voice/wave-file.h"
 
 using vaultpad::fuzz::Input;
 using vaultpad::fuzz::requestOf;
@@ -35,6 +37,16 @@ public:
 
 private:
     bool wantsPictures_;
+};
+
+class PickyVoice : public VoiceOutput {
+public:
+    void speak(const std::vector<VoiceClip>& clips) override {
+        for (const VoiceClip& clip : clips) {
+            require(clip.sound && !clip.sound->empty());
+        }
+        checkWaveFile(joinedWaveFile(clips));
+    }
 };
 
 class Writer {
@@ -105,7 +117,8 @@ public:
 private:
     Screen screen_;
     Log log_{"none"};
-    Session session_{&screen_, &log_, ""};
+    PickyVoice voice_;
+    Session session_{&screen_, &voice_, &log_, ""};
     int refused_ = 0;
 };
 

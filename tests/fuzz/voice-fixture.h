@@ -26,8 +26,8 @@ public:
     static void complete();
 
     /*
-     * Sends the guide's clips to the trusted application's reader. Aborts when what arrived is not what was sent.
-     * Returns whether every clip was taken.
+     * Sends the guide's clips to the trusted application's reader, which refuses what is no sound. Aborts when what
+     * arrived is not what was sent. Returns whether every clip was taken.
      */
     static bool upload();
 

@@ -1,7 +1,8 @@
-// Clips of any name and contents: compressed, sent in batches, and read by the emulated TA.
+// Clips of any name and sound: compressed, sent in batches, and read by the emulated TA.
 #include "fuzzer.h"
 #include "platform-double.h"
 #include "voice-fixture.h"
+#include "voice/wave-file.h"
 
 using vaultpad::audio::VoiceGuide;
 using vaultpad::fuzz::Input;
@@ -11,6 +12,14 @@ namespace {
 
 // Two batches.
 constexpr int kVoices = 17;
+
+constexpr std::size_t kWaveHeaderSize = 44;
+
+std::vector<std::uint8_t> waveFileOf(const std::vector<std::uint8_t>& samples) {
+    const auto sound = std::make_shared<vaultpad::secureworld::Sound>(kWaveHeaderSize);
+    sound->insert(sound->end(), samples.begin(), samples.end());
+    return vaultpad::secureworld::joinedWaveFile({{"", sound}});
+}
 
 void createOnce() {
     static const VoiceFixture fixture(kVoices);
@@ -28,13 +37,21 @@ int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     Input input(data, size);
     auto& clips = VoiceGuide::instance().clips();
     clips.assign(kVoices, {});
+    bool allGood = true;
     for (auto& clip : clips) {
         clip.id = input.text(input.byte());
         clip.data = input.bytes(input.byte());
         // A long clip of few input bytes.
         const std::size_t repeat = input.byte();
         clip.data.insert(clip.data.end(), repeat * repeat, input.byte());
+        const bool sound = input.byte() % 8 != 0;
+        if (sound) {
+            clip.data.resize(clip.data.size() / 2 * 2);
+            clip.data = waveFileOf(clip.data);
+        }
+        allGood = allGood && sound && clip.id.c_str()[0] != '\0';
     }
-    VoiceFixture::upload();
+    const bool taken = VoiceFixture::upload();
+    vaultpad::fuzz::require(taken || !allGood);
     return 0;
 }

@@ -80,6 +80,11 @@ TEST_F(Placement, HalvesNegativeRoomTowardsZero) {
     EXPECT_EQ(top({{"line-height", "inherit"}}), 0);
 }
 
+TEST_F(Placement, MarginThatLeavesNoPlaceIsAnError) {
+    EXPECT_EQ(placingError({{"text-align", "right"}, {"margin", "-2147483648"}}), "margin");
+    EXPECT_EQ(placingError({{"text-align", "right"}, {"margin", "2147483647"}}), "no exception");
+}
+
 TEST_F(Placement, ConvertsTheMarginEvenWhereItIsIrrelevant) {
     EXPECT_EQ(placingError({{"left", "5"}, {"margin", "abc"}}), "stoi");
     EXPECT_EQ(placingError({{"text-align", "center"}, {"margin", "abc"}}), "stoi");

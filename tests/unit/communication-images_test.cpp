@@ -137,6 +137,38 @@ INSTANTIATE_TEST_SUITE_P(, ImageLargerThanTheCanvas,
                                          TooLarge{"NegativeWidth", -1, 2}, TooLarge{"NegativeHeight", 2, -1}),
                          CaseName());
 
+struct FarPlace : Named {
+    int orientation;
+    int x;
+    int y;
+};
+
+class RotatedImageTooFarAway : public TeeClientTest, public testing::WithParamInterface<FarPlace> {};
+
+TEST_P(RotatedImageTooFarAway, IsRefusedAndNotRecorded) {
+    client->orientation_ = GetParam().orientation;
+    ASSERT_EQ(client->send_ime_type(1, 0, 0, 0, 0), 0);
+    OneObjectCanvas canvas(4, 3);
+    canvas.object().x(GetParam().x);
+    canvas.object().y(GetParam().y);
+    EXPECT_EQ(client->loadImage(canvas), -1);
+    EXPECT_THAT(platform().errors(), ElementsAre("object key at " + std::to_string(GetParam().x) + ", " +
+                                                 std::to_string(GetParam().y) + " is too far away to be turned"));
+    EXPECT_EQ(client->send_image_data(), 1);
+}
+
+INSTANTIATE_TEST_SUITE_P(, RotatedImageTooFarAway,
+                         testing::Values(FarPlace{"Above", 1, 0, INT32_MIN}, FarPlace{"LeftOf", 3, INT32_MIN, 0}),
+                         CaseName());
+
+TEST_F(TeeClientTest, RotatedImageAtTheLastPlaceIsTaken) {
+    client->orientation_ = 1;
+    ASSERT_EQ(client->send_ime_type(1, 0, 0, 0, 0), 0);
+    OneObjectCanvas canvas(4, 3);
+    canvas.object().y(INT32_MAX);
+    EXPECT_EQ(client->loadImage(canvas), 0);
+}
+
 struct Allocation : Named {
     int orientation;
     int nth;
