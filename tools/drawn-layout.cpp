@@ -24,23 +24,15 @@ Size imageSize(const graphic::Object& object) {
     return {object.width(), object.height()};
 }
 
-// Copies the corner that the object fills, turns it as the panel is turned, and packs it.
+// Packs the corner that the object fills, turned as the panel is.
 std::vector<std::uint8_t> packedCorner(const graphic::Canvas& canvas, Size size, std::uint32_t orientation) {
     const auto width = static_cast<std::size_t>(size.width);
     const auto height = static_cast<std::size_t>(size.height);
     std::vector<std::uint8_t> packed(width * height * VAULTPAD_TA_BYTES_PER_PIXEL);
-    if (orientation == VAULTPAD_TA_ORIENTATION_LANDSCAPE) {
-        communication::packCorner(canvas.buffer(), static_cast<std::size_t>(canvas.width()), width, height,
-                                  packed.data());
-        return packed;
-    }
-    std::vector<std::uint32_t> upright(width * height);
-    std::vector<std::uint32_t> turned(width * height);
-    communication::copyCorner(canvas.buffer(), static_cast<std::size_t>(canvas.width()), width, height, upright.data());
-    const bool clockwise = orientation == VAULTPAD_TA_ORIENTATION_PORTRAIT;
-    (clockwise ? communication::turnClockwise : communication::turnCounterClockwise)(upright.data(), width, height,
-                                                                                     turned.data());
-    communication::packCorner(turned.data(), height, height, width, packed.data());
+    const auto pack = orientation == VAULTPAD_TA_ORIENTATION_LANDSCAPE  ? communication::packCorner
+                      : orientation == VAULTPAD_TA_ORIENTATION_PORTRAIT ? communication::packCornerClockwise
+                                                                        : communication::packCornerCounterClockwise;
+    pack(canvas.buffer(), static_cast<std::size_t>(canvas.width()), width, height, packed.data());
     return packed;
 }
 

@@ -2,7 +2,8 @@
  * Comparisons: how fast something is beside a yardstick that does the same amount of work in the same process.
  *
  * Machine and load change times and hardly change their ratio, so the ratio is what a gate holds. Both are called in
- * turns, nine times, and the best time of each counts: what disturbs a run only ever adds to it.
+ * turns, nine times, and the best time of each counts: what disturbs a run only ever adds to it. The turns are some time
+ * apart, so that one disturbance does not meet them all.
  */
 #ifndef VAULTPAD_BENCH_SUPPORT_COMPARISON_H
 #define VAULTPAD_BENCH_SUPPORT_COMPARISON_H
@@ -14,7 +15,7 @@
 #include <cstdlib>
 #include <limits>
 #include <string>
-#include <utility>
+#include <thread>
 #if __has_include(<valgrind/callgrind.h>)
 #include <valgrind/callgrind.h>
 #else
@@ -37,9 +38,11 @@ struct Comparison {
     double items = 0;        /* and how many of them */
 };
 
+/* Calls once more beforehand, to find the memory in the caches. */
 template <typename Call>
 double secondsPerCall(Call& call, int calls) {
     using Clock = std::chrono::steady_clock;
+    call();
     const Clock::time_point start = Clock::now();
     for (int i = 0; i < calls; ++i) {
         call();
@@ -63,12 +66,14 @@ int callsPerTurn(Call& call) {
 template <typename Subject, typename Yardstick>
 void runComparison(benchmark::State& state, const Comparison& comparison, Subject& subject, Yardstick& yardstick) {
     const int turns = runsOnce() ? 1 : 9;
+    const std::chrono::milliseconds pause(runsOnce() ? 0 : 20);
     const int subjectCalls = callsPerTurn(subject);
     const int yardstickCalls = callsPerTurn(yardstick);
     double subjectBest = std::numeric_limits<double>::max();
     double yardstickBest = subjectBest;
     for ([[maybe_unused]] auto once : state) {
         for (int turn = 0; turn < turns; ++turn) {
+            std::this_thread::sleep_for(pause);
             yardstickBest = std::min(yardstickBest, secondsPerCall(yardstick, yardstickCalls));
             subjectBest = std::min(subjectBest, secondsPerCall(subject, subjectCalls));
         }
