@@ -2,8 +2,8 @@
  * Comparisons: how fast something is beside a yardstick that does the same amount of work in the same process.
  *
  * Machine and load change times and hardly change their ratio, so the ratio is what a gate holds. Both are called in
- * turns, nine times, and the best time of each counts: what disturbs a run only ever adds to it. The turns are some time
- * apart, so that one disturbance does not meet them all.
+ * turns, nine times, and the best time of each counts: what disturbs a run only ever adds to it. The turns are some
+ * time apart, so that one disturbance does not meet them all.
  */
 #ifndef VAULTPAD_BENCH_SUPPORT_COMPARISON_H
 #define VAULTPAD_BENCH_SUPPORT_COMPARISON_H
@@ -38,11 +38,9 @@ struct Comparison {
     double items = 0;        /* and how many of them */
 };
 
-/* Calls once more beforehand, to find the memory in the caches. */
 template <typename Call>
 double secondsPerCall(Call& call, int calls) {
     using Clock = std::chrono::steady_clock;
-    call();
     const Clock::time_point start = Clock::now();
     for (int i = 0; i < calls; ++i) {
         call();
@@ -74,6 +72,9 @@ void runComparison(benchmark::State& state, const Comparison& comparison, Subjec
     for ([[maybe_unused]] auto once : state) {
         for (int turn = 0; turn < turns; ++turn) {
             std::this_thread::sleep_for(pause);
+            // Not counted: neither is to be the one that finds caches and clock as the pause left them.
+            secondsPerCall(yardstick, yardstickCalls);
+            secondsPerCall(subject, subjectCalls);
             yardstickBest = std::min(yardstickBest, secondsPerCall(yardstick, yardstickCalls));
             subjectBest = std::min(subjectBest, secondsPerCall(subject, subjectCalls));
         }
