@@ -22,8 +22,8 @@ class VoiceClips {
 public:
     static constexpr std::size_t kIdLengthMax = 511;
     static constexpr std::size_t kClipsMax = 1024;
-    // A minute and a half, and what all clips of the keyboard take eight times. The client's words must not make this
-    // process take any memory it likes.
+    // A minute and a half of sound, and twenty-five minutes: the client must not make this process take as much memory
+    // as it likes.
     static constexpr std::uint32_t kSoundSizeMax = std::uint32_t{4} * 1024 * 1024;
     static constexpr std::size_t kBytesMax = std::size_t{64} * 1024 * 1024;
 

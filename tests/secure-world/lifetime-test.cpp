@@ -198,7 +198,7 @@ TEST(Lifetime, LeavesTheTerminalsInterruptToTheClient) {
 TEST(Lifetime, RefusesToStartWithoutItsChannel) {
     TaClient::Setup setup;
     setup.options = {"--channel", "97"};
-    setup.inChild = [] { freopen("/dev/null", "w", stderr); };
+    setup.inChild = dropMessages;
     TaClient client(setup);
     EXPECT_EQ(TaClient::kEnded, client.open());
     EXPECT_NE(0, client.waitForEnd());

@@ -160,7 +160,7 @@ TEST(PngDisplay, RefusesTheSessionWhenItsFolderCannotBe) {
 TEST(PngDisplay, NeedsAFolder) {
     TaClient::Setup setup;
     setup.options = {"--display", "png"};
-    setup.inChild = [] { freopen("/dev/null", "w", stderr); };
+    setup.inChild = dropMessages;
     TaClient client(setup);
     EXPECT_EQ(TaClient::kEnded, client.open());
     EXPECT_NE(0, client.waitForEnd());

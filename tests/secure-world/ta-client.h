@@ -39,6 +39,9 @@ struct BlockSpec {
     std::optional<std::uint32_t> announcedWritten = {};
 };
 
+// For TaClient::Setup::inChild, when the program is expected to complain.
+void dropMessages();
+
 struct KeyAnswer {
     int result = 0;
     std::uint32_t pressed = 0;

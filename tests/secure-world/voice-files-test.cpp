@@ -181,7 +181,7 @@ TEST(VoiceOptions, NeedTheirFolderOrPlayer) {
     for (const char* output : {"files", "player", "shout"}) {
         TaClient::Setup setup;
         setup.options = {"--voice", output};
-        setup.inChild = [] { freopen("/dev/null", "w", stderr); };
+        setup.inChild = dropMessages;
         TaClient client(setup);
         EXPECT_EQ(TaClient::kEnded, client.open()) << output;
         EXPECT_NE(0, client.waitForEnd()) << output;
