@@ -219,13 +219,15 @@ TEST_F(HostileVoicePeer, SignalsOfTheClientDoNotEndTheReceiver) {
     sigaction(SIGUSR1, &interrupting, &before);
     guide().create(1);
     close(connection());
+    // Until the receiver is back in accept().
+    std::this_thread::sleep_for(50ms);
     // With the caller's thread closed to it, the receiver's is the only one that could take the signal.
     sigset_t user;
     sigset_t mask;
     sigemptyset(&user);
     sigaddset(&user, SIGUSR1);
     pthread_sigmask(SIG_BLOCK, &user, &mask);
-    ::kill(getpid(), SIGUSR1);
+    sigqueue(getpid(), SIGUSR1, sigval{});
     std::this_thread::sleep_for(20ms);
     sendChunk(0, "heard", kFinal);
     guide().waitComplete();
