@@ -10,6 +10,16 @@
 
 namespace vaultpad::graphic {
 
+namespace {
+
+// The engine redraws the whole canvas in every pass unless its client says which buffer comes next. It is the same one
+// always: what earlier passes drew is still there, and only changed regions are drawn.
+void* keepBuffer(void*, void* pixels) {
+    return pixels;
+}
+
+}  // namespace
+
 ObjectRenderer::ObjectRenderer() : ObjectRenderer(VAULTPAD_TA_SCREEN_WIDTH, VAULTPAD_TA_SCREEN_HEIGHT) {}
 
 ObjectRenderer::ObjectRenderer(int width, int height) : width_(width), height_(height) {}
@@ -70,6 +80,9 @@ void ObjectRenderer::lazyInit() {
     engineInfo_->info.alpha_threshold = 0;
     engineInfo_->info.func.new_update_region = nullptr;
     engineInfo_->info.func.free_update_region = nullptr;
+    if (engineInfo_->info.func.switch_buffer == nullptr) {
+        engineInfo_->info.func.switch_buffer = keepBuffer;
+    }
     evas_engine_info_set(evas_, reinterpret_cast<Evas_Engine_Info*>(engineInfo_));
     ecore_thread_main_loop_end();
     initialized_ = true;

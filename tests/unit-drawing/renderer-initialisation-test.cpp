@@ -64,6 +64,26 @@ TEST_F(RendererInitialisation, TellsTheEngineAboutThePixels) {
     EXPECT_EQ(toolkit_.engineInfo->func.free_update_region, nullptr);
 }
 
+TEST_F(RendererInitialisation, LetsTheEngineGoOnWithTheSamePixels) {
+    ObjectRenderer renderer(kWidth, kHeight);
+    renderer.lazyInit();
+    ASSERT_TRUE(toolkit_.engineInfo);
+    ASSERT_NE(toolkit_.engineInfo->func.switch_buffer, nullptr);
+    EXPECT_EQ(toolkit_.engineInfo->func.switch_buffer(nullptr, toolkit_.pixels), toolkit_.pixels);
+}
+
+void* theEnginesOwn(void*, void* pixels) {
+    return pixels;
+}
+
+TEST_F(RendererInitialisation, LeavesABufferSwitchOfTheEnginesOwn) {
+    toolkit_.switchBuffer = theEnginesOwn;
+    ObjectRenderer renderer(kWidth, kHeight);
+    renderer.lazyInit();
+    ASSERT_TRUE(toolkit_.engineInfo);
+    EXPECT_EQ(toolkit_.engineInfo->func.switch_buffer, theEnginesOwn);
+}
+
 TEST_F(RendererInitialisation, HandsOutThePixelsThatItAllocated) {
     ObjectRenderer renderer(kWidth, kHeight);
     EXPECT_EQ(renderOne(renderer, oneBox()).buffer, toolkit_.pixels);

@@ -105,7 +105,14 @@ void __wrap_evas_output_size_set(Evas* canvas, int width, int height) {
 Evas_Engine_Info* __real_evas_engine_info_get(const Evas* canvas);
 Evas_Engine_Info* __wrap_evas_engine_info_get(const Evas* canvas) {
     record("evas_engine_info_get");
-    return fails(Failure::EngineInfo) ? nullptr : __real_evas_engine_info_get(canvas);
+    if (fails(Failure::EngineInfo)) {
+        return nullptr;
+    }
+    Evas_Engine_Info* info = __real_evas_engine_info_get(canvas);
+    if (recorder != nullptr && recorder->switchBuffer != nullptr) {
+        reinterpret_cast<Evas_Engine_Info_Buffer*>(info)->info.func.switch_buffer = recorder->switchBuffer;
+    }
+    return info;
 }
 
 Eina_Bool __real_evas_engine_info_set(Evas* canvas, Evas_Engine_Info* info);

@@ -59,6 +59,8 @@ public:
     std::size_t pixelBytes = 0;
     /* The byte that such an allocation is filled with. */
     std::optional<unsigned char> pixelFilling;
+    /* The hook that the engine's information comes with; none in the real one. */
+    decltype(Evas_Engine_Info_Buffer::info.func.switch_buffer) switchBuffer = nullptr;
     /* The extent of text objects, given the size last set; the real one when empty. */
     std::function<Extent(int)> textExtent;
 
