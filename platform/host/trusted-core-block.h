@@ -36,6 +36,7 @@ public:
 
 private:
     SharedBlock(UniqueFd file, uint8_t* memory, uint32_t size);
+    bool writeToFile(const void* data, uint32_t length);
 
     UniqueFd file_;
     uint8_t* const memory_;
