@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "call-guard.h"
+#include "call-trace.h"
 #include "handle-table.h"
 #include "television.h"
 
@@ -47,6 +48,7 @@ bool isAllowed(const Television& television, std::string_view client, std::strin
 }  // namespace
 
 int cynara_initialize(cynara** handle, const cynara_configuration*) {
+    const vaultpad::host::CallTrace trace(__func__);
     if (handle == nullptr) {
         return kFailure;
     }
@@ -58,6 +60,7 @@ int cynara_initialize(cynara** handle, const cynara_configuration*) {
 
 int cynara_check(cynara* handle, const char* client, const char* client_session, const char* user,
                  const char* privilege) {
+    const vaultpad::host::CallTrace trace(__func__);
     const auto settings = vaultpad::host::television();
     if (!settings || !Connections::instance().find(handle) || client == nullptr || client_session == nullptr ||
         user == nullptr || privilege == nullptr) {

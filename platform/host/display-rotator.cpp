@@ -1,6 +1,7 @@
 #include <vaultpad-platform/display-rotator.h>
 
 #include "call-guard.h"
+#include "call-trace.h"
 #include "television.h"
 
 namespace {
@@ -17,6 +18,7 @@ PanelPosition rotatorPosition() {
 }  // namespace
 
 bool display_rotator_is_supported(void) {
+    const vaultpad::host::CallTrace trace(__func__);
     return rotatorPosition() != PanelPosition::kNone;
 }
 

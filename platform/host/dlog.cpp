@@ -9,10 +9,12 @@
 #include <cstdarg>
 #include <cstddef>
 #include <cstdio>
+#include <cstring>
 #include <memory>
 #include <new>
 
 #include "call-guard.h"
+#include "call-trace.h"
 #include "television.h"
 #include "unique-fd.h"
 
@@ -97,6 +99,24 @@ int writeLine(int fd, const Line& line, int length) {
     return written < 0 ? kFailure : static_cast<int>(written);
 }
 
+/*
+ * The message within a format, for the trace: the arguments may be secrets. What stands before it, place and colour,
+ * and the colour's end are cut off.
+ */
+void copyMessage(const char* format, char* message, std::size_t capacity) {
+    constexpr const char* kPlaceEnd = " > ";
+    constexpr char kEscape = '\033';
+    const char* const place = std::strstr(format, kPlaceEnd);
+    const char* begin = place == nullptr ? format : place + std::strlen(kPlaceEnd);
+    if (*begin == kEscape) {
+        const char* const colourEnd = std::strchr(begin, 'm');
+        begin = colourEnd == nullptr ? begin : colourEnd + 1;
+    }
+    const std::size_t length = std::min(std::strcspn(begin, "\033\n"), capacity - 1);
+    std::memcpy(message, begin, length);
+    message[length] = '\0';
+}
+
 int print(int priority, const char* tag, const char* format, va_list arguments) {
     const std::shared_ptr<const Television> settings = television();
     const LogTarget target = settings ? settings->logTarget : LogTarget::kStderr;
@@ -125,6 +145,11 @@ int __dlog_print(int, int priority, const char* tag, const char* format, ...) {
     if (format == nullptr) {
         return vaultpad::host::kFailure;
     }
+    char message[128] = "";
+    if (vaultpad::host::CallTrace::enabled()) {
+        vaultpad::host::copyMessage(format, message, sizeof message);
+    }
+    const vaultpad::host::CallTrace trace(__func__, message);
     const int error = errno;
     va_list arguments;
     va_start(arguments, format);

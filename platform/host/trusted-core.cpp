@@ -4,11 +4,13 @@
 #include <memory>
 
 #include "call-guard.h"
+#include "call-trace.h"
 #include "handle-table.h"
 #include "trusted-core-context.h"
 
 namespace {
 
+using vaultpad::host::CallTrace;
 using vaultpad::host::kFailure;
 using vaultpad::host::orFailure;
 using vaultpad::host::SharedBlock;
@@ -48,6 +50,7 @@ uint8_t* putBigEndian(uint8_t* target, uint32_t number, unsigned size) {
 }  // namespace
 
 void* tzfw_core_initialize_context(uint32_t*) {
+    const CallTrace trace(__func__);
     return orFailure(static_cast<void*>(nullptr),
                      []() { return Contexts::instance().add(std::make_shared<TrustedContext>()); });
 }
@@ -69,10 +72,12 @@ int tzfw_core_set_uuid(void* context, uint32_t time_low, uint16_t time_mid, uint
 }
 
 int tzfw_core_open_session(void* context) {
+    const CallTrace trace(__func__);
     return onContext(context, [](TrustedContext& owner) { return owner.openSession(); });
 }
 
 int tzfw_core_close_session(void* context) {
+    const CallTrace trace(__func__);
     return onContext(context, [](TrustedContext& owner) { return owner.closeSession(); });
 }
 
@@ -81,6 +86,7 @@ void tzfw_core_finalize_context(void* context) {
 }
 
 void* tzfw_core_create_shared_memory(void* context, int type, uint32_t size, int in_flags, int out_flags) {
+    const CallTrace trace(__func__, size);
     return orFailure(static_cast<void*>(nullptr), [&]() -> void* {
         const std::shared_ptr<TrustedContext> owner = Contexts::instance().find(context);
         if (!owner || type != VAULTPAD_TRUSTED_MEMORY_TYPE || in_flags != VAULTPAD_TRUSTED_MEMORY_IN ||
@@ -104,10 +110,12 @@ int tzfw_core_write_string(void* context, void* block, const char* text) {
 }
 
 int tzfw_core_write_blob(void* context, void* block, const void* data, uint32_t size) {
+    const CallTrace trace(__func__, size);
     return onBlock(context, block, [&](SharedBlock& memory) { return memory.append(data, size); });
 }
 
 int tzfw_core_invoke_event(void* context, uint32_t event) {
+    const CallTrace trace(__func__, event);
     return onContext(context, [&](TrustedContext& owner) { return owner.invoke(event); });
 }
 
@@ -120,6 +128,7 @@ int tzfw_core_read_blob(void* context, void* block, void** data, uint32_t size) 
 }
 
 void tzfw_core_release_shared_memory(void* context, void* block) {
+    const CallTrace trace(__func__);
     onContext(context, [&](TrustedContext& owner) {
         owner.removeBlock(block);
         return true;

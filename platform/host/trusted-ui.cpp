@@ -3,6 +3,7 @@
 #include <memory>
 
 #include "call-guard.h"
+#include "call-trace.h"
 #include "handle-table.h"
 #include "secure-channel-wire.h"
 
@@ -16,6 +17,7 @@ constexpr uint32_t kScreenHeight = 1080;
 }  // namespace
 
 void* tzfw_tui_create_context(int* error) {
+    const vaultpad::host::CallTrace trace(__func__);
     void* const context = vaultpad::host::orFailure(static_cast<void*>(nullptr), []() {
         return Descriptions::instance().add(std::make_shared<VaultPadTuiDescription>(VaultPadTuiDescription{
             VAULTPAD_TUI_MAGIC, VAULTPAD_TUI_VERSION, kScreenWidth, kScreenHeight, VAULTPAD_TUI_ARGB6666}));

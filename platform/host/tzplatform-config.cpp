@@ -3,9 +3,11 @@
 #include <string>
 
 #include "call-guard.h"
+#include "call-trace.h"
 #include "television.h"
 
 const char* tzplatform_mkpath(int variable, const char* path) {
+    const vaultpad::host::CallTrace trace(__func__, path == nullptr ? "" : path);
     if (variable != VAULTPAD_TZPLATFORM_APPLICATION_ROOT || path == nullptr) {
         return nullptr;
     }

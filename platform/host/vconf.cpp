@@ -4,6 +4,7 @@
 #include <string_view>
 
 #include "call-guard.h"
+#include "call-trace.h"
 #include "television.h"
 
 namespace {
@@ -26,6 +27,7 @@ constexpr std::string_view kLanguageKey = "db/menu_widget/language";
 }  // namespace
 
 int vconf_get_int(const char* key, int* value) {
+    const vaultpad::host::CallTrace trace(__func__, key == nullptr ? "" : key);
     const auto settings = vaultpad::host::television();
     if (!settings || key == nullptr || value == nullptr) {
         return vaultpad::host::kFailure;
@@ -40,6 +42,7 @@ int vconf_get_int(const char* key, int* value) {
 }
 
 char* vconf_get_str(const char* key) {
+    const vaultpad::host::CallTrace trace(__func__, key == nullptr ? "" : key);
     const auto settings = vaultpad::host::television();
     return settings && key != nullptr && kLanguageKey == key ? strdup(settings->language.c_str()) : nullptr;
 }
