@@ -91,7 +91,7 @@ void removeOldFrames(const std::string& folder) {
 
 int run(const Options& options) {
     const TelevisionFile television(options);
-    RsaKeyPair key = generateRsaKeyPair(options.rsaBits);
+    RsaKeyPair key = options.rsaKey.empty() ? generateRsaKeyPair(options.rsaBits) : readRsaKeyPair(options.rsaKey);
     const bool drawnHere = options.display == "terminal";
     if (options.display == "png" || options.voice) {
         removeOldFrames(options.frames);

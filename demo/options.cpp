@@ -33,9 +33,11 @@ void declare(CLI::App& cli, Options& options, std::string& keyList) {
     cli.add_option("--view", options.view, "What the secure display shows: the pad, or the whole screen")
         ->check(CLI::IsMember({"pad", "screen"}))
         ->capture_default_str();
-    cli.add_option("--rsa-bits", options.rsaBits, "Size of the client's RSA key")
-        ->check(CLI::IsMember({1024, 2048}))
-        ->capture_default_str();
+    CLI::Option* const bits = cli.add_option("--rsa-bits", options.rsaBits, "Size of the client's new RSA key")
+                                  ->check(CLI::IsMember({1024, 2048}))
+                                  ->capture_default_str();
+    cli.add_option("--rsa-key", options.rsaKey, "The client's RSA private key, a PEM file, instead of a new one")
+        ->excludes(bits);
     cli.add_option("--family", options.family,
                    "Entry points: csapi, or plain, which grabs keys through a Wayland compositor that routes them")
         ->check(CLI::IsMember({"csapi", "plain"}))

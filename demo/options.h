@@ -20,6 +20,7 @@ struct Options {
     std::string frames = "frames";
     std::string view = "pad"; /* pad, screen */
     unsigned int rsaBits = 2048;
+    std::string rsaKey;            /* PEM file; empty: a new key */
     std::string family = "csapi";  /* csapi, plain */
     std::vector<std::string> keys; /* empty on a terminal: the keyboard is the remote control */
     std::string log;               /* stderr, none, a file */

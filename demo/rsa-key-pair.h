@@ -2,6 +2,7 @@
 #ifndef VAULTPAD_DEMO_RSA_KEY_PAIR_H
 #define VAULTPAD_DEMO_RSA_KEY_PAIR_H
 
+#include <string>
 #include <vector>
 
 namespace vaultpad_demo {
@@ -22,6 +23,9 @@ struct RsaKeyPair {
 
 /* Makes a new key pair. Throws std::runtime_error. */
 RsaKeyPair generateRsaKeyPair(unsigned int bits);
+
+/* Reads the key pair from a PEM file of 1024 or 2048 bits, without a passphrase. Throws std::runtime_error. */
+RsaKeyPair readRsaKeyPair(const std::string& path);
 
 }  // namespace vaultpad_demo
 

@@ -29,6 +29,11 @@ for orientation in landscape portrait portrait-reversed; do
 done
 expect "1024-bit key" 0 "Encrypted session key: 128 bytes" --rsa-bits 1024 --display none
 expect "2048-bit key" 0 "Encrypted session key: 256 bytes" --rsa-bits 2048 --display none
+openssl genrsa -out "$folder/key.pem" 2048 2> /dev/null
+expect "kept key" 0 "$typed" --rsa-key "$folder/key.pem" --display none
+expect "key and size" 108 "excludes" --rsa-key "$folder/key.pem" --rsa-bits 1024
+expect "no key file" 1 "$folder/absent.pem: No such file or directory" --rsa-key "$folder/absent.pem" --display none
+expect "no key in the file" 1 "make one with openssl genrsa" --rsa-key "$0" --display none
 expect "PIN length" 0 "$typed" --pin-length 4 --display none
 expect "leaves" 0 "The pad was left" --keys Return,XF86Back --display none
 expect "keys run out" 1 "The keys ended before the pad was done." --keys Right --display none
