@@ -15,9 +15,9 @@ namespace vaultpad::secureworld {
 
 namespace {
 
-// From this size on a copy gets memory in huge pages where the system has them: filling a fresh small page costs a
-// fault, and a batch of images has over a thousand.
-constexpr std::size_t kLargeCopy = std::size_t{1024} * 1024;
+// From this size on a copy's memory is made at once, in huge pages where the system has them: a batch of images has
+// over a thousand pages, and each would cost a fault.
+constexpr std::size_t kLargeCopy = std::size_t{256} * 1024;
 
 std::shared_ptr<std::uint8_t[]> allocate(std::size_t size) {
     if (size < kLargeCopy) {
@@ -27,8 +27,9 @@ std::shared_ptr<std::uint8_t[]> allocate(std::size_t size) {
     if (memory == MAP_FAILED) {
         throw std::bad_alloc();
     }
-    // A system without huge pages refuses, which costs nothing but time.
+    // Advice may be refused, and changes nothing but the time.
     madvise(memory, size, MADV_HUGEPAGE);
+    madvise(memory, size, MADV_POPULATE_WRITE);
     return {static_cast<std::uint8_t*>(memory), [size](std::uint8_t* bytes) { munmap(bytes, size); }};
 }
 
