@@ -49,6 +49,12 @@ SharedBlock::~SharedBlock() {
     munmap(memory_, size_);
 }
 
+void SharedBlock::clear() {
+    std::memset(memory_, 0, size_);
+    written_ = 0;
+    read_ = 0;
+}
+
 bool SharedBlock::append(const void* data, uint32_t length) {
     if (length > size_ - written_ || (data == nullptr && length > 0)) {
         return false;

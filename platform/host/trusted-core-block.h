@@ -22,6 +22,9 @@ public:
     SharedBlock(const SharedBlock&) = delete;
     SharedBlock& operator=(const SharedBlock&) = delete;
 
+    /* Makes it as create() left it. */
+    void clear();
+
     /* data may be null when length is 0. */
     bool append(const void* data, uint32_t length);
     bool appendWord(uint32_t value);

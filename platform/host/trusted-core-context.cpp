@@ -12,6 +12,9 @@ namespace vaultpad::host {
 
 namespace {
 
+constexpr uint32_t kSpareSize = 4096;
+constexpr std::size_t kSpareCount = 4;
+
 VaultPadChannelRequest makeRequest(uint32_t kind) {
     VaultPadChannelRequest request = {};
     request.magic = VAULTPAD_CHANNEL_MAGIC;
@@ -117,7 +120,10 @@ void TrustedContext::breakSession(Exchange reason, const std::string& during) {
 }
 
 void* TrustedContext::addBlock(uint32_t size) {
-    std::unique_ptr<SharedBlock> memory = SharedBlock::create(size);
+    std::unique_ptr<SharedBlock> memory = takeSpare(size);
+    if (!memory) {
+        memory = SharedBlock::create(size);
+    }
     if (!memory) {
         VAULTPAD_HOST_LOG_ERROR("a block of %u bytes cannot be made: %s", size, std::strerror(errno));
         return nullptr;
@@ -132,9 +138,28 @@ SharedBlock* TrustedContext::findBlock(const void* handle) {
     return found == blocks_.end() ? nullptr : found->memory.get();
 }
 
+std::unique_ptr<SharedBlock> TrustedContext::takeSpare(uint32_t size) {
+    const auto found =
+        std::find_if(spare_.begin(), spare_.end(), [size](const auto& memory) { return memory->size() == size; });
+    if (found == spare_.end()) {
+        return nullptr;
+    }
+    std::unique_ptr<SharedBlock> memory = std::move(*found);
+    spare_.erase(found);
+    return memory;
+}
+
 void TrustedContext::removeBlock(const void* handle) {
-    const auto matches = [handle](const Block& block) { return block.handle == handle; };
-    blocks_.erase(std::remove_if(blocks_.begin(), blocks_.end(), matches), blocks_.end());
+    const auto found =
+        std::find_if(blocks_.begin(), blocks_.end(), [handle](const Block& block) { return block.handle == handle; });
+    if (found == blocks_.end()) {
+        return;
+    }
+    if (found->memory->size() <= kSpareSize && spare_.size() < kSpareCount) {
+        found->memory->clear();
+        spare_.push_back(std::move(found->memory));
+    }
+    blocks_.erase(found);
 }
 
 std::vector<TrustedContext::Block*> TrustedContext::newBlocks() {

@@ -59,6 +59,7 @@ private:
 
     bool startTa(const Television& television);
     std::vector<Block*> newBlocks();
+    std::unique_ptr<SharedBlock> takeSpare(uint32_t size);
     PollClock::time_point deadline() const;
     void breakSession(Exchange reason, const std::string& during);
 
@@ -69,6 +70,9 @@ private:
     TaProcess process_; /* destroyed after the channel is closed */
     TaChannel channel_;
     std::vector<Block> blocks_; /* oldest first */
+    /* Small blocks that were released: a key event needs two, and making a memory file takes longer than clearing it.
+     */
+    std::vector<std::unique_ptr<SharedBlock>> spare_;
 };
 
 }  // namespace vaultpad::host

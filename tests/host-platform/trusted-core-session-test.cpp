@@ -21,6 +21,7 @@
 namespace {
 
 using testing::ElementsAre;
+using testing::ElementsAreArray;
 
 class SessionTest : public TrustedCoreFixture {
 protected:
@@ -52,6 +53,31 @@ TEST_F(SessionTest, StartsTheTaWithTheTelevisionsSettings) {
                                          folder().string() + "/frames", "--view", "screen", "--store", "/some/store",
                                          "--voice", "files", "--voice-folder", folder().string() + "/voice",
                                          "--voice-player", "/bin/player", "--log", folder().string() + "/ta.log"));
+}
+
+/* Small blocks are made anew or used again: the caller cannot tell. */
+TEST_F(SessionTest, HandsOutEveryBlockZeroedUnderANewHandle) {
+    ASSERT_EQ(open(), 0);
+    void* const first = block(64, {1, 2, 3});
+    ASSERT_EQ(invoke(SCRIPTED_TELL_UUID), 0);
+    tzfw_core_release_shared_memory(context_, first);
+    void* const second = block(64);
+    EXPECT_NE(second, first);
+    EXPECT_THAT(words(second, 16), ElementsAreArray(std::vector<uint32_t>(16, 0)));
+    EXPECT_EQ(tzfw_core_write_uint(context_, first, 7), -1);
+    EXPECT_THAT(words(block(128), 32), ElementsAreArray(std::vector<uint32_t>(32, 0)));
+}
+
+TEST_F(SessionTest, CarriesABlockThatIsUsedAgain) {
+    ASSERT_EQ(open(), 0);
+    for (int round = 0; round < 3; ++round) {
+        void* const answer = block(64);
+        ASSERT_EQ(invoke(SCRIPTED_TELL_UUID), 0);
+        void* data = nullptr;
+        ASSERT_EQ(tzfw_core_read_blob(context_, answer, &data, 16), 0);
+        EXPECT_EQ(static_cast<const uint8_t*>(data)[15], 15) << "round " << round;
+        tzfw_core_release_shared_memory(context_, answer);
+    }
 }
 
 TEST_F(SessionTest, AsksForTheUuidBigEndian) {
