@@ -1,0 +1,114 @@
+// From a client's call, and from its program's start, to the shown pad; stage by stage.
+#include <Ecore.h>
+#include <Ecore_Evas.h>
+#include <fcntl.h>
+#include <spawn.h>
+#include <sys/wait.h>
+#include <vaultpad/vaultpad.h>
+
+#include <string>
+
+#include "child.h"
+#include "client.h"
+#include "stages.h"
+#include "television.h"
+
+namespace {
+
+using namespace vaultpad::bench;
+
+constexpr int kPinpad = 1;
+constexpr int kKeyboard = 2;
+
+// The toolkit that an application has up before it asks for a pad.
+void startToolkit() {
+    ecore_app_no_system_modules();
+    if (ecore_evas_init() == 0) {
+        throw std::runtime_error("the toolkit does not start");
+    }
+}
+
+// {milliseconds of the call, peak kilobytes}
+std::vector<double> create(int type) {
+    startToolkit();
+    const Clock::time_point start = Clock::now();
+    openPad(type);
+    const double milliseconds = millisecondsSince(start);
+    const auto peak = static_cast<double>(peakKilobytes());
+    CsapiVPADclose();
+    return {milliseconds, peak};
+}
+
+std::vector<double> createInStages(int type) {
+    startToolkit();
+    const Trace trace;
+    const std::int64_t start = monotonicMicroseconds();
+    openPad(type);
+    const std::vector<double> stages = trace.stages(start);
+    CsapiVPADclose();
+    return stages;
+}
+
+// The stages of a whole program: the demo, with a key that it has.
+std::vector<double> runProgram(const char* type) {
+    const Trace trace;
+    unsetenv("VAULTPAD_TELEVISION");
+    const std::vector<std::string> words = {
+        VAULTPAD_BENCH_DEMO, "--type", type, "--display", "none", "--keys", "Return", "--rsa-key", VAULTPAD_BENCH_KEY};
+    std::vector<char*> arguments;
+    for (const std::string& word : words) {
+        arguments.push_back(const_cast<char*>(word.c_str()));
+    }
+    arguments.push_back(nullptr);
+    posix_spawn_file_actions_t silence;
+    posix_spawn_file_actions_init(&silence);
+    posix_spawn_file_actions_addopen(&silence, STDOUT_FILENO, "/dev/null", O_WRONLY, 0);
+    pid_t program = 0;
+    const std::int64_t start = monotonicMicroseconds();
+    const int error = posix_spawn(&program, arguments[0], &silence, nullptr, arguments.data(), environ);
+    posix_spawn_file_actions_destroy(&silence);
+    int status = 0;
+    if (error != 0 || waitpid(program, &status, 0) != program) {
+        throw std::runtime_error(words[0] + " does not run");
+    }
+    return trace.stages(start);
+}
+
+double reportStages(benchmark::State& state, const std::vector<double>& stages) {
+    double total = 0;
+    for (std::size_t i = 0; i < stages.size(); ++i) {
+        state.counters[stageNames()[i]] = stages[i];
+        total += stages[i];
+    }
+    return total;
+}
+
+void registerPad(int type, const char* name) {
+    registerOnce((std::string("create/") + name).c_str(), [type](benchmark::State& state) {
+        const std::vector<double> best = bestInChildren([type] { return create(type); });
+        state.SetIterationTime(best[0] / 1000);
+        state.SetLabel("toolkit up, until CsapiVPADcreate returns");
+        state.counters["peak_MB"] = best[1] / 1024;
+    });
+    registerOnce((std::string("stages/create/") + name).c_str(), [type](benchmark::State& state) {
+        const double total = reportStages(state, bestInChildren([type] { return createInStages(type); }));
+        state.SetIterationTime(total / 1000);
+        state.SetLabel("toolkit up, until shown; milliseconds");
+    });
+    registerOnce((std::string("stages/program/") + name).c_str(), [name](benchmark::State& state) {
+        const double total = reportStages(state, bestInChildren([name] { return runProgram(name); }));
+        state.SetIterationTime(total / 1000);
+        state.SetLabel("the demo from its start, until shown; milliseconds");
+    });
+}
+
+bool registerAll() {
+    useTelevision();
+    registerPad(kPinpad, "pinpad");
+    registerPad(kKeyboard, "keyboard");
+    return true;
+}
+
+[[maybe_unused]] const bool registered = registerAll();
+
+}  // namespace
