@@ -6,6 +6,9 @@
 #include <sys/wait.h>
 #include <vaultpad/vaultpad.h>
 
+#include <cstdio>
+#include <numeric>
+#include <optional>
 #include <string>
 
 #include "child.h"
@@ -74,13 +77,43 @@ std::vector<double> runProgram(const char* type) {
     return trace.stages(start);
 }
 
+// The milliseconds that wvkbd takes from its start to its first picture; nothing where it is not installed.
+std::optional<double> runWvkbd() {
+    constexpr int kNotInstalled = 3;
+    std::FILE* const output = popen(VAULTPAD_BENCH_WVKBD, "r");
+    double milliseconds = 0;
+    const bool measured = output != nullptr && std::fscanf(output, "%lf", &milliseconds) == 1;
+    const int status = output == nullptr ? -1 : pclose(output);
+    if (WIFEXITED(status) && WEXITSTATUS(status) == kNotInstalled) {
+        return std::nullopt;
+    }
+    if (!measured || status != 0) {
+        throw std::runtime_error("wvkbd could not be measured");
+    }
+    return milliseconds;
+}
+
+double total(const std::vector<double>& stages) {
+    return std::accumulate(stages.begin(), stages.end(), 0.0);
+}
+
+void besideWvkbd(benchmark::State& state) {
+    const double pinpad = total(bestInChildren([] { return runProgram("pinpad"); }));
+    const double keyboard = total(bestInChildren([] { return runProgram("keyboard"); }));
+    const std::optional<double> wvkbd = runWvkbd();
+    state.SetIterationTime(wvkbd.value_or(0) / 1000);
+    state.SetLabel(wvkbd ? "wvkbd under headless sway; ratios are its time to the demo's" : "wvkbd is not installed");
+    if (wvkbd) {
+        state.counters["ratio to pinpad"] = *wvkbd / pinpad;
+        state.counters["ratio to keyboard"] = *wvkbd / keyboard;
+    }
+}
+
 double reportStages(benchmark::State& state, const std::vector<double>& stages) {
-    double total = 0;
     for (std::size_t i = 0; i < stages.size(); ++i) {
         state.counters[stageNames()[i]] = stages[i];
-        total += stages[i];
     }
-    return total;
+    return total(stages);
 }
 
 void registerPad(int type, const char* name) {
@@ -91,13 +124,13 @@ void registerPad(int type, const char* name) {
         state.counters["peak_MB"] = best[1] / 1024;
     });
     registerOnce((std::string("stages/create/") + name).c_str(), [type](benchmark::State& state) {
-        const double total = reportStages(state, bestInChildren([type] { return createInStages(type); }));
-        state.SetIterationTime(total / 1000);
+        const double shown = reportStages(state, bestInChildren([type] { return createInStages(type); }));
+        state.SetIterationTime(shown / 1000);
         state.SetLabel("toolkit up, until shown; milliseconds");
     });
     registerOnce((std::string("stages/program/") + name).c_str(), [name](benchmark::State& state) {
-        const double total = reportStages(state, bestInChildren([name] { return runProgram(name); }));
-        state.SetIterationTime(total / 1000);
+        const double shown = reportStages(state, bestInChildren([name] { return runProgram(name); }));
+        state.SetIterationTime(shown / 1000);
         state.SetLabel("the demo from its start, until shown; milliseconds");
     });
 }
@@ -106,6 +139,7 @@ bool registerAll() {
     useTelevision();
     registerPad(kPinpad, "pinpad");
     registerPad(kKeyboard, "keyboard");
+    registerOnce("program/wvkbd", besideWvkbd);
     return true;
 }
 
