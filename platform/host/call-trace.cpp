@@ -60,8 +60,9 @@ CallTrace::~CallTrace() {
         snprintf(number, sizeof number, "%" PRId64, number_);
     }
     char line[256];
-    const int size =
-        snprintf(line, sizeof line - 1, "%" PRId64 " %" PRId64 " %s %.160s%s", began_, length, call_, detail_, number);
+    const char* const separator = *detail_ != '\0' || *number != '\0' ? " " : "";
+    const int size = snprintf(line, sizeof line - 1, "%" PRId64 " %" PRId64 " %s%s%.160s%s", began_, length, call_,
+                              separator, detail_, number);
     const std::size_t used = std::strlen(line);
     line[used] = '\n';
     /* Opened for each line: a kept descriptor could be closed by the client and become another file's. */

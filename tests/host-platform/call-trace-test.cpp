@@ -6,6 +6,7 @@
 #include <unistd.h>
 #include <vaultpad-platform/dlog.h>
 #include <vaultpad-platform/tzplatform-config.h>
+#include <vaultpad-platform/ui-orientation.h>
 #include <vaultpad-platform/vconf.h>
 
 #include "television-fixture.h"
@@ -26,6 +27,7 @@ protected:
             setenv("VAULTPAD_TRACE", path.c_str(), 1);
             int value = 0;
             vconf_get_int("db/menu/system/accessibility/focuszoom", &value);
+            ua_UI_orientation_get();
             tzplatform_mkpath(VAULTPAD_TZPLATFORM_APPLICATION_ROOT, "vaultpad/res");
             __dlog_print(VAULTPAD_DLOG_MAIN, VAULTPAD_DLOG_INFO, "TAG", "%s: %s(%d) > \033[%s;%s;%smtext : %s\033[0m",
                          "file", "function", 1, "01", "32", "40", "2580");
@@ -42,6 +44,7 @@ TEST_F(CallTraceTest, HasALineWithTimesForEachCall) {
     useTelevision("[log]\ntarget=none\n");
     EXPECT_EQ(callServices(tracePath()), "");
     EXPECT_THAT(trace(), MatchesRegex("[0-9]+ [0-9]+ vconf_get_int db/menu/system/accessibility/focuszoom\n"
+                                      "[0-9]+ [0-9]+ ua_UI_orientation_get\n"
                                       "[0-9]+ [0-9]+ tzplatform_mkpath vaultpad/res\n"
                                       "[0-9]+ [0-9]+ __dlog_print text : %s\n"));
 }
