@@ -91,7 +91,7 @@ void registerImage(const char* name, const Look& look) {
     bench::registerOnce(name, [look](benchmark::State& state) {
         const double changes = bench::bestInChildren([&] { return renderWarm(look, false); }, 3)[0];
         const double everything = bench::bestInChildren([&] { return renderWarm(look, true); }, 3)[0];
-        constexpr double kRatioAtLeast = 3;
+        constexpr double kRatioAtLeast = 1.5;
         reportRatio(state, changes, everything, kRatioAtLeast);
     });
 }
