@@ -24,9 +24,10 @@ std::vector<pid_t>& killedHelpers() {
 
 pid_t startBackgroundHelper(const char* mode, const char* voiceConnection) {
     reapBackgroundHelpers();
+    const char* const path = backgroundHelperPath();
     const pid_t pid = fork();
     if (pid == 0) {
-        execl(kBackgroundHelperPath, kBackgroundHelperPath, mode, voiceConnection, static_cast<char*>(nullptr));
+        execl(path, path, mode, voiceConnection, static_cast<char*>(nullptr));
     }
     return pid;
 }

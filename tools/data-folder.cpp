@@ -4,10 +4,22 @@
 
 namespace vaultpad::tools {
 
+namespace fs = std::filesystem;
+
+namespace {
+
+fs::path programFolder() {
+    return fs::read_symlink("/proc/self/exe").parent_path();
+}
+
+}  // namespace
+
+std::filesystem::path installedResources() {
+    return (programFolder() / VAULTPAD_RESOURCES).lexically_normal();
+}
+
 std::filesystem::path dataFile(const std::string& name) {
-    namespace fs = std::filesystem;
-    const fs::path program = fs::read_symlink("/proc/self/exe");
-    const fs::path file = program.parent_path().parent_path() / "share/vaultpad-layout" / name;
+    const fs::path file = programFolder().parent_path() / "share/vaultpad-layout" / name;
     if (!fs::exists(file)) {
         throw std::runtime_error(file.string() + " is missing; install vaultpad-layout again");
     }

@@ -10,6 +10,9 @@ namespace vaultpad::tools {
 /* The path of one of them, found from where the program is. Throws std::runtime_error when it is missing. */
 std::filesystem::path dataFile(const std::string& name);
 
+/* The folder of the installed layouts, images and translations. */
+std::filesystem::path installedResources();
+
 }  // namespace vaultpad::tools
 
 #endif

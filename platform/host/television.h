@@ -14,6 +14,8 @@
 #include <string>
 #include <vector>
 
+#include "installation.h"
+
 namespace vaultpad::host {
 
 enum class LogTarget { kStderr, kNone, kFile };
@@ -37,7 +39,7 @@ struct Television {
     std::string logFile; /* for LogTarget::kFile */
     bool logErrorsOnly = false;
 
-    std::string applicationRoot = VAULTPAD_HOST_APP_ROOT;
+    std::string applicationRoot = installedApplicationRoot();
 
     std::string language = "C.UTF-8";
     int focusZoom = 0;
@@ -59,7 +61,7 @@ struct Television {
     std::vector<PrivilegeRule> allow;
     std::vector<PrivilegeRule> deny;
 
-    std::string taExecutable = VAULTPAD_HOST_TA_PATH;
+    std::string taExecutable = installedTa();
     std::string taDisplay = "none";
     std::string taFrames; /* empty: not given; the same for the store */
     std::string taView = "pad";

@@ -4,6 +4,7 @@
 
 #include "call-guard.h"
 #include "call-trace.h"
+#include "installation.h"
 #include "television.h"
 
 const char* tzplatform_mkpath(int variable, const char* path) {
@@ -14,7 +15,7 @@ const char* tzplatform_mkpath(int variable, const char* path) {
     return vaultpad::host::orFailure(static_cast<const char*>(nullptr), [path]() {
         thread_local std::string joined;
         const auto settings = vaultpad::host::television();
-        joined = settings ? settings->applicationRoot : VAULTPAD_HOST_APP_ROOT;
+        joined = settings ? settings->applicationRoot : vaultpad::host::installedApplicationRoot();
         while (!joined.empty() && joined.back() == '/') {
             joined.pop_back();
         }

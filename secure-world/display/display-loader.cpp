@@ -2,6 +2,7 @@
 
 #include <dlfcn.h>
 
+#include <filesystem>
 #include <stdexcept>
 
 namespace vaultpad::secureworld {
@@ -14,13 +15,18 @@ public:
     void show(const Picture&) override {}
 };
 
+// Seen from the program: the prefix is chosen at installation.
+std::string displayFolder() {
+    return (std::filesystem::read_symlink("/proc/self/exe").parent_path() / VAULTPAD_DISPLAY_DIR).string();
+}
+
 }  // namespace
 
 std::unique_ptr<Display> loadDisplay(const std::string& name, const DisplaySettings& settings) {
     if (name == "none") {
         return std::make_unique<NoDisplay>();
     }
-    const std::string path = std::string(VAULTPAD_DISPLAY_DIR) + "/vaultpad-display-" + name + ".so";
+    const std::string path = displayFolder() + "/vaultpad-display-" + name + ".so";
     // Never closed again: the display's code is needed until the process ends.
     void* module = dlopen(path.c_str(), RTLD_NOW | RTLD_LOCAL);
     if (!module) {

@@ -9,7 +9,7 @@
 
 namespace vaultpad::secureworld {
 
-// name: none, terminal, png or window. All but none are modules in VAULTPAD_DISPLAY_DIR, so that a session without a
+// name: none, terminal, png or window. All but none are modules installed with the program, so that a session without a
 // display does not wait for their libraries. Throws std::runtime_error with a line for the log.
 std::unique_ptr<Display> loadDisplay(const std::string& name, const DisplaySettings& settings);
 

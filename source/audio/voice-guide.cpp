@@ -101,9 +101,10 @@ void VoiceGuide::createVoice(std::shared_ptr<context::ElementContainer> containe
     for (const auto& [id, voice] : *container->getVoices()) {
         clips_[i++].id = voice->attribute("id");
     }
+    const char* const path = voiceMakerPath();
     makerPid_ = fork();
     if (makerPid_ == 0) {
-        execl(kVoiceMakerPath, kVoiceMakerPath, "vaultpad", typeText, static_cast<char*>(nullptr));
+        execl(path, path, "vaultpad", typeText, static_cast<char*>(nullptr));
         // Without a voice maker nothing else may run in the child: the clips then time out in the parent.
         _exit(127);
     }

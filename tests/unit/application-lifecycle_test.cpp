@@ -32,7 +32,8 @@ protected:
     static void init(int type, int extra) { Application::instance()->vault_pad_init(type, extra, false); }
 
     static std::string helperCall(const std::string& arguments) {
-        return std::string("execl(") + kBackgroundHelperPath + ", " + kBackgroundHelperPath + ", " + arguments + ")";
+        const std::string path = backgroundHelperPath();
+        return "execl(" + path + ", " + path + ", " + arguments + ")";
     }
 };
 

@@ -116,7 +116,7 @@ TEST_F(VoiceMakerTest, SetVoiceDataAppends) {
 
 TEST_F(VoiceMakerTest, ChildRunsTheMakerWithNameAndTypeAndNothingElse) {
     GTEST_FLAG_SET(death_test_style, "threadsafe");
-    const std::string path = std::string(kVoiceMakerPath);
+    const std::string path = voiceMakerPath();
     const std::string call = "execl." + path + ", " + path + ", vaultpad, 1.";
     EXPECT_EXIT(
         {

@@ -6,12 +6,14 @@
 #include <string>
 #include <vector>
 
+#include "data-folder.h"
+
 namespace vaultpad::tools {
 
 struct GalleryOptions {
     std::vector<std::filesystem::path> files; /* none: all layouts of the resources */
     std::filesystem::path output;
-    std::filesystem::path resources = VAULTPAD_RESOURCES;
+    std::filesystem::path resources = installedResources();
     std::vector<std::string> languages; /* none: all that have a catalogue */
     int reduction = 2;
     int jobs = 0; /* 0: one for each processor */
