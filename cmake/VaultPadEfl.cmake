@@ -3,8 +3,9 @@
 pkg_check_modules(EFL REQUIRED elementary ecore ecore-evas ecore-wl2 evas eina)
 
 add_library(vaultpad_efl INTERFACE)
+# The architecture's own folder is searched in any case, and is the wrong one when compiling for another.
 foreach(directory IN LISTS EFL_INCLUDE_DIRS)
-    if(EXISTS ${directory})
+    if(EXISTS ${directory} AND NOT directory MATCHES "^/usr/include/[^/]*-linux-gnu[^/]*$")
         target_include_directories(vaultpad_efl SYSTEM INTERFACE ${directory})
     endif()
 endforeach()
