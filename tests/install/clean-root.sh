@@ -16,8 +16,8 @@ fi
 mkdir -p "$cache/archives"
 if [ ! -f "$cache/base.tar" ]; then
     echo "== Making a bare Debian 12"
-    mmdebstrap --quiet --variant=minbase --include="$base_packages" --skip=cleanup/apt/lists bookworm "$cache/base.new"
-    mv "$cache/base.new" "$cache/base.tar"
+    mmdebstrap --quiet --variant=minbase --include="$base_packages" --skip=cleanup/apt/lists bookworm "$cache/base.new.tar"
+    mv "$cache/base.new.tar" "$cache/base.tar"
 fi
 
 root=$(mktemp -d)
