@@ -7,7 +7,7 @@ cd "$(dirname "$0")/../.."
 packages=$(realpath "$1")
 cache=$PWD/build/packages/clean-root
 # What a developer has who builds the examples.
-base_packages=ca-certificates,fonts-dejavu-core,gcc,libc6-dev,libssl-dev,make,openssl,pkgconf
+base_packages=ca-certificates,gcc,libc6-dev,libssl-dev,make,openssl,pkgconf
 
 if [ "$(id -u)" -ne 0 ] || ! unshare --mount true 2>/dev/null; then
     echo "clean-root.sh: left out: a root directory and mounts of its own need the rights of root" >&2
@@ -39,11 +39,12 @@ unshare --mount --pid --fork --kill-child bash -euo pipefail -c '
         chroot "$root" env -i PATH=/usr/sbin:/usr/bin:/sbin:/bin HOME=/root DEBIAN_FRONTEND=noninteractive \
             http_proxy="${http_proxy:-}" https_proxy="${https_proxy:-}" "$@"
     }
+    # The fonts are recommended only, but the layouts are checked with them.
     echo "== Installing the packages"
     # Archives are kept, for the next run; without synchronising each file the throw-away root is there sooner.
     echo "APT::Keep-Downloaded-Packages \"true\";" > "$root/etc/apt/apt.conf.d/keep"
     echo force-unsafe-io > "$root/etc/dpkg/dpkg.cfg.d/unsafe-io"
-    inside sh -c "apt-get install -q -y --no-install-recommends /packages/*.deb" > "$cache/install.log" 2>&1 || {
+    inside sh -c "apt-get install -q -y --no-install-recommends /packages/*.deb fonts-noto-core" > "$cache/install.log" 2>&1 || {
         tail -n 30 "$cache/install.log" >&2
         exit 1
     }
