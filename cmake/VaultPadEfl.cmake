@@ -1,6 +1,6 @@
 # vaultpad_efl: the parts of EFL that the library uses. Debian's pkg-config files name folders that no package installs,
 # so CMake's own imported target for them is refused; here the existing folders are taken.
-pkg_check_modules(EFL REQUIRED elementary ecore ecore-evas ecore-wl2 evas eina)
+pkg_check_modules(EFL REQUIRED elementary ecore ecore-evas ecore-wl2 efreet evas eina)
 
 add_library(vaultpad_efl INTERFACE)
 # The architecture's own folder is searched in any case, and is the wrong one when compiling for another.
@@ -10,7 +10,7 @@ foreach(directory IN LISTS EFL_INCLUDE_DIRS)
     endif()
 endforeach()
 # Only what is called: pkg-config lists every library of EFL.
-foreach(library IN ITEMS elementary ecore_evas ecore_wl2 ecore evas eina)
+foreach(library IN ITEMS elementary ecore_evas ecore_wl2 ecore efreet evas eina)
     target_link_libraries(vaultpad_efl INTERFACE ${library})
 endforeach()
 target_link_directories(vaultpad_efl INTERFACE ${EFL_LIBRARY_DIRS})

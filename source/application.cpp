@@ -130,6 +130,7 @@ void Application::vault_pad_init(int ime_type, int extra, bool use_keyrouter) {
 }
 
 bool Application::grabKeys() {
+    toolkit_->bringUpWindows();
     if (!vault_pad_keyrouter_is_initialized() && !vault_pad_keyrouter_initialize()) {
         CA_LOG_ERROR("Failed to initialize keyrouter.");
         return false;

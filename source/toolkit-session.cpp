@@ -1,6 +1,8 @@
 #include "toolkit-session.h"
 
 #include <Ecore.h>
+#include <Efreet.h>
+#include <Elementary.h>
 #include <Evas.h>
 #include <signal.h>
 #include <unistd.h>
@@ -10,6 +12,8 @@
 #include <cstdio>
 #include <cstdlib>
 #include <string>
+
+#include "wayland-objects.h"
 
 namespace vaultpad {
 
@@ -92,6 +96,9 @@ private:
     std::string saved_;
 };
 
+// Elementary is up, brought up here.
+bool windowsAreUp = false;
+
 }  // namespace
 
 ToolkitSession::ToolkitSession() {
@@ -102,6 +109,26 @@ ToolkitSession::ToolkitSession() {
     // modules stay as they are.
     ecore_app_no_system_modules();
     evas_init();
+}
+
+void ToolkitSession::bringUpWindows() {
+    if (windowsAreUp) {
+        return;
+    }
+    const SignalGuard signals;
+    const RuntimeFolderGuard runtimeFolder;
+    const LocaleGuard locale;
+    // Without a compositor Elementary would only look for other kinds of display.
+    if (!vaultpad_wayland_prepare()) {
+        return;
+    }
+    // Otherwise Elementary starts a daemon that reads the desktop's menus.
+    efreet_cache_disable();
+    windowsAreUp = elm_init(0, nullptr) == 1;
+    if (!windowsAreUp) {
+        // The client's own: only counted.
+        elm_shutdown();
+    }
 }
 
 ToolkitSession::~ToolkitSession() {

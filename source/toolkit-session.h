@@ -13,6 +13,15 @@ class ToolkitSession {
 public:
     ToolkitSession();
     ~ToolkitSession();
+
+    /*
+     * Prepares for windows: the connection to the Wayland compositor, if WAYLAND_DISPLAY names one, and Elementary,
+     * without its desktop-cache daemon. A client that has Elementary up keeps it as it is. Where the client has not,
+     * it stays up to the end of the process: the grab window is never deleted, and EFL 1.26 does not come up cleanly a
+     * second time.
+     */
+    void bringUpWindows();
+
     ToolkitSession(const ToolkitSession&) = delete;
     ToolkitSession& operator=(const ToolkitSession&) = delete;
 };

@@ -3,7 +3,16 @@
 
 #include <Ecore_Evas.h>
 #include <Ecore_Wl2.h>
+#include <stdlib.h>
 #include <string.h>
+
+bool vaultpad_wayland_prepare(void) {
+    static bool done = false;
+    if (!done) {
+        done = ecore_wl2_init() > 0;
+    }
+    return getenv("WAYLAND_DISPLAY") != NULL || ecore_wl2_connected_display_get(NULL) != NULL;
+}
 
 WaylandConnection vaultpad_wayland_connection(const char* interface) {
     WaylandConnection connection = {.global_id = -1};
@@ -14,7 +23,10 @@ WaylandConnection vaultpad_wayland_connection(const char* interface) {
     }
     Eina_Iterator* globals = ecore_wl2_display_globals_get(display);
     connection.registry = ecore_wl2_display_registry_get(display);
-    connection.seat = ecore_wl2_input_seat_get(ecore_wl2_input_default_input_get(display));
+    Ecore_Wl2_Input* input = ecore_wl2_input_default_input_get(display);
+    if (input != NULL) {
+        connection.seat = ecore_wl2_input_seat_get(input);
+    }
     Ecore_Wl2_Global* global = NULL;
     while (globals != NULL && eina_iterator_next(globals, (void**)&global)) {
         if (global->interface != NULL && strcmp(global->interface, interface) == 0) {

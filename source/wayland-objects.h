@@ -17,9 +17,15 @@ typedef struct WaylandConnection {
     bool connected; /* false: the rest is null, and no global was found */
     struct wl_display* display;
     struct wl_registry* registry;
-    struct wl_seat* seat;
-    int global_id; /* of the global that was looked for, -1 when there is none */
+    struct wl_seat* seat; /* null until the client's main loop has met a seat named seat0 or default */
+    int global_id;        /* of the global that was looked for, -1 when there is none */
 } WaylandConnection;
+
+/*
+ * Makes the calls below safe before anything is connected; nothing takes that back. Returns whether there is a
+ * compositor to be had: one that the environment names, or one that EFL is connected to.
+ */
+bool vaultpad_wayland_prepare(void);
 
 /* Looks at EFL's connected display, and among its globals for the interface. */
 WaylandConnection vaultpad_wayland_connection(const char* interface);

@@ -83,7 +83,7 @@ private:
         if (id != self->globalId_ || std::strcmp(interface, tizen_keyrouter_interface.name) != 0) {
             return;
         }
-        static constexpr tizen_keyrouter_listener kRouterListener = {onResult};
+        static constexpr tizen_keyrouter_listener kRouterListener = {onKeyResult, onResult};
         self->router_.reset(static_cast<tizen_keyrouter*>(
             wl_registry_bind(registry, id, &tizen_keyrouter_interface, kProtocolVersion)));
         if (self->router_) {
@@ -92,6 +92,12 @@ private:
     }
 
     static void onGlobalRemoved(void*, wl_registry*, uint32_t) {}
+
+    static void onKeyResult(void* data, tizen_keyrouter*, uint32_t serial, const char* name, uint32_t result) {
+        if (serial == static_cast<Router*>(data)->serial_ && result != TIZEN_KEYROUTER_RESULT_OK) {
+            VAULTPAD_HOST_LOG_ERROR("the compositor refused the key %s (result %u)", name, result);
+        }
+    }
 
     static void onResult(void* data, tizen_keyrouter*, uint32_t serial, uint32_t result) {
         auto* const self = static_cast<Router*>(data);
@@ -194,7 +200,10 @@ int KeyRouter_Add_All_Key(int mode, KeyRouter_KeyList* list) {
             list->keys = KeyLists::instance().add(std::make_shared<KeyNames>());
         }
         return onList(list, [](KeyNames& keys) {
-            keys = remoteControlKeys();
+            keys.clear();
+            for (const RemoteControlKey& key : remoteControlKeys()) {
+                keys.push_back(key.name);
+            }
             return true;
         });
     });

@@ -105,8 +105,12 @@ protected:
         static constexpr wl_registry_listener kListener = {
             [](void* data, wl_registry*, uint32_t id, const char* interface, uint32_t) {
                 auto* const globals = static_cast<Globals*>(data);
-                (std::strcmp(interface, "tizen_keyrouter") == 0 ? globals->router : globals->compositor) = id;
                 ++globals->count;
+                if (std::strcmp(interface, "tizen_keyrouter") == 0) {
+                    globals->router = id;
+                } else if (std::strcmp(interface, "wl_compositor") == 0) {
+                    globals->compositor = id;
+                }
             },
             [](void*, wl_registry*, uint32_t) {}};
         wl_registry_add_listener(registry_, &kListener, &globals_);
@@ -131,7 +135,7 @@ TEST_F(KeyRouterTest, GrabsTheKeysOfTheListForTheSurface) {
     ASSERT_EQ(initialize(), kOk);
     ASSERT_EQ(KeyRouter_Remove_Key("XF86PowerOff", kExclusive, &list_), kOk);
     EXPECT_EQ(KeyRouter_Set_KeyList(surface_, &list_), kOk);
-    const std::vector<KeyRequest> requests = server_->requests();
+    const std::vector<RecordedRequest> requests = server_->requests();
     ASSERT_EQ(requests.size(), 1u);
     EXPECT_TRUE(requests[0].grab);
     EXPECT_EQ(requests[0].mode, 4u);
@@ -150,7 +154,7 @@ TEST_F(KeyRouterTest, ReleasesTheKeysOfTheList) {
     ASSERT_EQ(initialize(), kOk);
     ASSERT_EQ(KeyRouter_Set_KeyList(surface_, &list_), kOk);
     EXPECT_EQ(KeyRouter_UnSet_KeyList(surface_, &list_), kOk);
-    const std::vector<KeyRequest> requests = server_->requests();
+    const std::vector<RecordedRequest> requests = server_->requests();
     ASSERT_EQ(requests.size(), 2u);
     EXPECT_FALSE(requests[1].grab);
     EXPECT_EQ(requests[1].names, requests[0].names);
@@ -162,6 +166,7 @@ TEST_F(KeyRouterTest, FailsWhenTheCompositorRefuses) {
     ASSERT_EQ(initialize(), kOk);
     EXPECT_NE(KeyRouter_Set_KeyList(surface_, &list_), kOk);
     EXPECT_NE(KeyRouter_UnSet_KeyList(surface_, &list_), kOk);
+    EXPECT_THAT(contentOf(folder() / "log"), HasSubstr("refused the key Return (result 3)"));
     EXPECT_THAT(contentOf(folder() / "log"), HasSubstr("refused the keys (result 3)"));
 }
 
@@ -247,7 +252,7 @@ TEST_F(KeyRouterTest, DeliversNoEventOfTheClient) {
     ASSERT_EQ(KeyRouter_Set_KeyList(surface_, &list_), kOk);
     ecore_wl2_sync();
     EXPECT_FALSE(delivered);
-    EXPECT_EQ(globals_.count, 2);
+    EXPECT_EQ(globals_.count, 3);
     wl_display_dispatch_pending(display_);
     EXPECT_TRUE(delivered);
     wl_callback_destroy(callback);
