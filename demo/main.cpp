@@ -9,6 +9,7 @@
 #include <memory>
 #include <stdexcept>
 #include <string>
+#include <utility>
 
 #include "options.h"
 #include "pad-client.h"
@@ -16,6 +17,7 @@
 #include "rsa-key-pair.h"
 #include "speaking-demo.h"
 #include "television-file.h"
+#include "wayland-remote.h"
 
 namespace vaultpad_demo {
 
@@ -97,8 +99,11 @@ int run(const Options& options) {
         removeOldFrames(options.frames);
     }
     const std::unique_ptr<PadClient> client = makePadClient(options.family);
-    const std::unique_ptr<RemoteControl> remote =
+    std::unique_ptr<RemoteControl> remote =
         options.keys.empty() ? makeKeyboardRemote() : makeScriptedRemote(options.keys);
+    if (options.family == "plain") {
+        remote = makeWaylandRemote(std::move(remote));
+    }
     if (drawnHere) {
         clearTerminal();
         sayBelowThePad("Opening the pad ...");

@@ -39,7 +39,7 @@ void declare(CLI::App& cli, Options& options, std::string& keyList) {
     cli.add_option("--rsa-key", options.rsaKey, "The client's RSA private key, a PEM file, instead of a new one")
         ->excludes(bits);
     cli.add_option("--family", options.family,
-                   "Entry points: csapi, or plain, which grabs keys through a Wayland compositor that routes them")
+                   "Entry points: csapi, or plain, which grabs keys through a Wayland compositor; the demo starts one")
         ->check(CLI::IsMember({"csapi", "plain"}))
         ->capture_default_str();
     cli.add_option("--keys", keyList,

@@ -78,8 +78,7 @@ public:
         if (vault_pad_params_set(0, 0, blob.data(), lengthOf(key.modulus), lengthOf(key.publicExponent), prefix,
                                  kPrefixLength) != 0) {
             throw std::runtime_error(
-                "the pad did not start: the plain family needs a Wayland compositor that routes the remote control's "
-                "keys; use --family csapi, or see the reason with --log stderr");
+                "the pad did not start: the keys could not be grabbed, or the trusted application is gone");
         }
     }
 
