@@ -7,6 +7,7 @@
 #include <filesystem>
 #include <iostream>
 #include <memory>
+#include <optional>
 #include <stdexcept>
 #include <string>
 #include <utility>
@@ -99,10 +100,12 @@ int run(const Options& options) {
         removeOldFrames(options.frames);
     }
     const std::unique_ptr<PadClient> client = makePadClient(options.family);
+    std::optional<vaultpad::compositor::CompositorProcess> compositor;
     std::unique_ptr<RemoteControl> remote =
         options.keys.empty() ? makeKeyboardRemote() : makeScriptedRemote(options.keys);
     if (options.family == "plain") {
-        remote = makeWaylandRemote(std::move(remote));
+        compositor.emplace(compositorBesideThisProgram());
+        remote = makeWaylandRemote(std::move(remote), *compositor);
     }
     if (drawnHere) {
         clearTerminal();

@@ -4,13 +4,13 @@
 #include <Ecore_Input.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <chrono>
 #include <cstdlib>
 #include <filesystem>
 #include <stdexcept>
 #include <utility>
-
-#include "compositor/compositor-process.h"
+#include <vector>
 
 namespace vaultpad_demo {
 
@@ -25,14 +25,10 @@ constexpr double kLoopSeconds = 0.01;
 // xkbcommon has no keysym of this name, so that EFL knows the key by its code alone: the kernel's KEY_EXIT + 8.
 constexpr unsigned int kExitKeyCode = 182;
 
-std::string compositorBesideThisProgram() {
-    return (std::filesystem::read_symlink("/proc/self/exe").parent_path() / "vaultpad-compositor").string();
-}
-
 class WaylandRemote : public RemoteControl {
 public:
-    explicit WaylandRemote(std::unique_ptr<RemoteControl> hand)
-        : hand_(std::move(hand)), compositor_(compositorBesideThisProgram()) {
+    WaylandRemote(std::unique_ptr<RemoteControl> hand, CompositorProcess& compositor)
+        : hand_(std::move(hand)), compositor_(compositor) {
         setenv(kDisplayVariable, compositor_.display().c_str(), 1);
         ecore_app_no_system_modules();
         ecore_event_init();
@@ -63,7 +59,11 @@ private:
     // The pad's first key may come before EFL has asked for the keyboard; then nobody received it.
     void tap(const std::string& name, std::chrono::steady_clock::time_point deadline) {
         const std::string pressed = "key " + name + " pressed " + std::to_string(getpid()) + " grab";
-        while (compositor_.command("tap " + name).front() != pressed) {
+        for (;;) {
+            const std::vector<std::string> lines = compositor_.command("tap " + name);
+            if (std::find(lines.begin(), lines.end(), pressed) != lines.end()) {
+                return;
+            }
             runLoop(deadline);
         }
     }
@@ -86,15 +86,19 @@ private:
     }
 
     const std::unique_ptr<RemoteControl> hand_;
-    CompositorProcess compositor_;
+    CompositorProcess& compositor_;
     Ecore_Event_Handler* handler_ = nullptr;
     std::optional<KeyPress> received_;
 };
 
 }  // namespace
 
-std::unique_ptr<RemoteControl> makeWaylandRemote(std::unique_ptr<RemoteControl> hand) {
-    return std::make_unique<WaylandRemote>(std::move(hand));
+std::string compositorBesideThisProgram() {
+    return (std::filesystem::read_symlink("/proc/self/exe").parent_path() / "vaultpad-compositor").string();
+}
+
+std::unique_ptr<RemoteControl> makeWaylandRemote(std::unique_ptr<RemoteControl> hand, CompositorProcess& compositor) {
+    return std::make_unique<WaylandRemote>(std::move(hand), compositor);
 }
 
 }  // namespace vaultpad_demo

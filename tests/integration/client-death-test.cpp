@@ -1,80 +1,25 @@
 // Whoever dies, nothing is left behind and nobody hangs.
-#include <fcntl.h>
 #include <gtest/gtest.h>
 #include <signal.h>
-#include <spawn.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
 #include <string>
 #include <vector>
 
+#include "client-process.h"
 #include "client.h"
 #include "processes.h"
 #include "television.h"
-
-extern char** environ;
 
 namespace {
 
 constexpr const char* kTaName = "vaultpad-ta";
 
-// The plain client in one of its modes; killed and reaped when it goes.
-class PlainClientProcess {
+/* The plain client in one of its modes. */
+class PlainClientProcess : public ClientProcess {
 public:
-    explicit PlainClientProcess(const std::string& mode) {
-        int ends[2];
-        if (pipe2(ends, O_CLOEXEC) != 0) {
-            return;
-        }
-        output_ = ends[0];
-        posix_spawn_file_actions_t actions;
-        posix_spawn_file_actions_init(&actions);
-        posix_spawn_file_actions_adddup2(&actions, ends[1], STDOUT_FILENO);
-        std::string path = VAULTPAD_PLAIN_CLIENT;
-        std::string argument = mode;
-        char* arguments[] = {path.data(), argument.data(), nullptr};
-        if (posix_spawn(&pid_, path.c_str(), &actions, nullptr, arguments, environ) != 0) {
-            pid_ = -1;
-        }
-        posix_spawn_file_actions_destroy(&actions);
-        ::close(ends[1]);
-    }
-    ~PlainClientProcess() {
-        if (pid_ > 0 && !reaped_) {
-            kill(pid_, SIGKILL);
-            waitpid(pid_, nullptr, 0);
-        }
-        ::close(output_);
-    }
-    PlainClientProcess(const PlainClientProcess&) = delete;
-    PlainClientProcess& operator=(const PlainClientProcess&) = delete;
-
-    pid_t pid() const { return pid_; }
-
-    /* Waits for the client's next line; empty when it ended without one. */
-    std::string line() {
-        std::string text;
-        char byte = 0;
-        while (read(output_, &byte, 1) == 1 && byte != '\n') {
-            text += byte;
-        }
-        return text;
-    }
-
-    /* Sends a signal and returns the wait status. */
-    int end(int signal) {
-        int status = 0;
-        kill(pid_, signal);
-        waitpid(pid_, &status, 0);
-        reaped_ = true;
-        return status;
-    }
-
-private:
-    pid_t pid_ = -1;
-    int output_ = -1;
-    bool reaped_ = false;
+    explicit PlainClientProcess(const std::string& mode) : ClientProcess({VAULTPAD_PLAIN_CLIENT, mode}) {}
 };
 
 class ClientSignals : public testing::TestWithParam<std::string> {};

@@ -1,12 +1,17 @@
 // The family that grabs keys itself, on a host without a key router.
 #include <gtest/gtest.h>
 
+#include <chrono>
+#include <cstdlib>
 #include <string>
 
 #include "client.h"
 #include "television.h"
 
 namespace {
+
+// A sanitized build on a busy machine has room in it; a hang has not.
+constexpr std::chrono::seconds kBound{10};
 
 class PlainFamilyWithoutKeyRouter : public testing::Test {
 protected:
@@ -47,6 +52,21 @@ TEST_F(PlainFamilyWithoutKeyRouter, RefusesKeyAndEventsBecauseThereIsNoTrustedAp
     EXPECT_EQ(1, is_vault_pad_close());
     EXPECT_EQ(1, vault_pad_button_press());
     EXPECT_EQ(0, vault_pad_close());
+}
+
+// The variable names a compositor that is not there, as after a session whose compositor crashed.
+TEST_F(PlainFamilyWithoutKeyRouter, CreateFailsInBoundedTimeWhenTheCompositorIsGone) {
+    setenv("WAYLAND_DISPLAY", "/nonexistent/wayland", 1);
+    const auto start = std::chrono::steady_clock::now();
+    ASSERT_EQ(1, vault_pad_session());
+    EXPECT_EQ(0, vault_pad_create(VAULTPAD_TYPE_PINPAD, 0));
+    EXPECT_LT(std::chrono::steady_clock::now() - start, kBound);
+    unsetenv("WAYLAND_DISPLAY");
+    EXPECT_EQ(2, timesLogged("__wl2_display is NULL."));
+    EXPECT_EQ(2, timesLogged("cannot found keyrouter."));
+    ASSERT_EQ(0, vault_pad_close());
+    ASSERT_EQ(0, client_.open(VAULTPAD_TYPE_PINPAD, 1));
+    EXPECT_EQ(1u, client_.press("Return").closed);
 }
 
 TEST_F(PlainFamilyWithoutKeyRouter, TheOtherFamilyWorksAfterIt) {
