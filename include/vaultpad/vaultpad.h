@@ -19,7 +19,8 @@
  *
  * EFL: a client that uses EFL initialises it before it opens a session. In any other client the library initialises EFL
  * for the session, without EFL's system modules, for the calling thread; if XDG_RUNTIME_DIR names no usable folder, it
- * is replaced in the environment for that moment.
+ * is replaced in the environment for that moment. vault_pad_create() also initialises Elementary there, once, if there
+ * is a Wayland compositor, and leaves it up; keys then arrive when the client runs the Ecore main loop.
  *
  * Usable from C11 and C++17.
  */
