@@ -2,7 +2,6 @@
 #include <sys/mman.h>
 #include <zlib.h>
 
-#include <cmath>
 #include <numeric>
 #include <string>
 
@@ -95,26 +94,13 @@ void registerLayout(const Look& look) {
     });
 }
 
-// Half a second of a falling tone, as 16-bit samples at 16 kHz: about what a key's spoken label takes.
-Bytes makeClip(int number) {
-    constexpr int kRate = 16000;
-    Bytes bytes;
-    for (int i = 0; i < kRate / 2; ++i) {
-        const double second = static_cast<double>(i) / kRate;
-        const double wave = std::sin(second * (1500 + 40 * number) * (1.2 - second)) * std::exp(-3 * second);
-        const auto sample = static_cast<std::int16_t>(wave * 12000);
-        bytes.push_back(static_cast<unsigned char>(sample & 0xFF));
-        bytes.push_back(static_cast<unsigned char>(sample >> 8));
-    }
-    return bytes;
-}
-
 double megabytesOf(const std::vector<audio::voice_data>& clips) {
     return std::accumulate(clips.begin(), clips.end(), 0.0, [](double sum, const audio::voice_data& clip) {
         return sum + static_cast<double>(clip.data.size()) / kMegabyte;
     });
 }
 
+// The clips are those that the voice maker makes.
 // {milliseconds to compress and send, milliseconds to compress alone, megabytes, clips}
 std::vector<double> uploadClips() {
     bench::useTelevision();
@@ -123,10 +109,8 @@ std::vector<double> uploadClips() {
     audio::VoiceGuide& guide = audio::VoiceGuide::instance();
     guide.initialize();
     guide.create(kKeyboard);
-    int number = 0;
-    for (audio::voice_data& clip : guide.clips()) {
-        clip.data = makeClip(number++);
-    }
+    guide.waitComplete();
+    check(guide.enabled(), "the voice maker");
     const std::vector<audio::voice_data> clips = guide.clips();
     bench::Clock::time_point start = bench::Clock::now();
     check(session.client().send_voice_data() == 0, "event 4");
