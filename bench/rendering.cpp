@@ -114,6 +114,8 @@ bool registerAll() {
 
 // The linker puts this between the renderer and the toolkit (--wrap).
 // NOLINTBEGIN(bugprone-reserved-identifier): the linker's names
+// The toolkit's own libraries refer to the wrapper, too.
+#pragma GCC visibility push(default)
 extern "C" {
 
 Eina_Bool __real_evas_engine_info_set(Evas* canvas, Evas_Engine_Info* info);
@@ -124,4 +126,5 @@ Eina_Bool __wrap_evas_engine_info_set(Evas* canvas, Evas_Engine_Info* info) {
     return __real_evas_engine_info_set(canvas, info);
 }
 }
+#pragma GCC visibility pop
 // NOLINTEND(bugprone-reserved-identifier)

@@ -1,4 +1,6 @@
 // Clips of any name and sound: compressed, sent in batches, and read by the emulated TA.
+#include <algorithm>
+
 #include "fuzzer.h"
 #include "platform-double.h"
 #include "voice-fixture.h"
@@ -16,8 +18,8 @@ constexpr int kVoices = 17;
 constexpr std::size_t kWaveHeaderSize = 44;
 
 std::vector<std::uint8_t> waveFileOf(const std::vector<std::uint8_t>& samples) {
-    const auto sound = std::make_shared<vaultpad::secureworld::Sound>(kWaveHeaderSize);
-    sound->insert(sound->end(), samples.begin(), samples.end());
+    const auto sound = std::make_shared<vaultpad::secureworld::Sound>(kWaveHeaderSize + samples.size());
+    std::copy(samples.begin(), samples.end(), sound->begin() + kWaveHeaderSize);
     return vaultpad::secureworld::joinedWaveFile({{"", sound}});
 }
 
