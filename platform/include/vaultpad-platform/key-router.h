@@ -43,8 +43,10 @@ int KeyRouter_Add_All_Key(int mode, KeyRouter_KeyList* list);
 /* Takes one key of the mode off the list. */
 int KeyRouter_Remove_Key(const char* name, int mode, KeyRouter_KeyList* list);
 
-/* Grabs and releases the keys of the list for the surface. */
+/* Grabs the keys of the list for the surface. */
 int KeyRouter_Set_KeyList(struct wl_surface* surface, KeyRouter_KeyList* list);
+
+/* Releases the keys of the list for the surface. */
 int KeyRouter_UnSet_KeyList(struct wl_surface* surface, KeyRouter_KeyList* list);
 
 /* Waits until the compositor has handled what was sent. The television's EFL has it, a desktop's has not. */

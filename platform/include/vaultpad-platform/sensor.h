@@ -35,8 +35,10 @@ int sensor_get_default_sensor(int type, sensor_h* sensor);
 /* Makes a listener, which the caller destroys with sensor_destroy_listener(). */
 int sensor_create_listener(sensor_h sensor, sensor_listener_h* listener);
 
-/* Starts and stops the delivery of readings. */
+/* Starts the delivery of readings. */
 int sensor_listener_start(sensor_listener_h listener);
+
+/* Stops the delivery of readings. */
 int sensor_listener_stop(sensor_listener_h listener);
 
 /* Copies the latest reading of a started listener into *event. */

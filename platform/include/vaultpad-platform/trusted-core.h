@@ -24,8 +24,10 @@ void* tzfw_core_initialize_context(uint32_t* out);
 int tzfw_core_set_uuid(void* context, uint32_t time_low, uint16_t time_mid, uint16_t time_hi_and_version,
                        const uint8_t* clock_seq_and_node);
 
-/* Opens and closes the session. Return 0 on success. */
+/* Opens the session. Returns 0 on success. */
 int tzfw_core_open_session(void* context);
+
+/* Closes the session. Returns 0 on success. */
 int tzfw_core_close_session(void* context);
 
 /* Releases a context, its session and its blocks. */
@@ -34,9 +36,13 @@ void tzfw_core_finalize_context(void* context);
 /* Makes a zeroed block of size bytes. Returns null on failure. */
 void* tzfw_core_create_shared_memory(void* context, int type, uint32_t size, int in_flags, int out_flags);
 
-/* Append a word, a text with its NUL, or size bytes. Return 0; anything else when the block has no room for it. */
+/* Appends a word. Returns 0; anything else when the block has no room for it. */
 int tzfw_core_write_uint(void* context, void* block, uint32_t value);
+
+/* Appends a text with its NUL. Returns 0; anything else when the block has no room for it. */
 int tzfw_core_write_string(void* context, void* block, const char* text);
+
+/* Appends size bytes. Returns 0; anything else when the block has no room for them. */
 int tzfw_core_write_blob(void* context, void* block, const void* data, uint32_t size);
 
 /* Carries the event to the TA and waits for it. Returns 0 when the TA accepted it. */
