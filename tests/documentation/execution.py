@@ -7,7 +7,7 @@ from pathlib import Path
 
 from markdown import ROOT
 
-C_COMPILER = ["cc", "-std=c11", "-Wall", "-Wextra", "-Werror", "-fsyntax-only", f"-I{ROOT}/include"]
+C_COMPILER = ["cc", "-std=gnu11", "-Wall", "-Wextra", "-Werror", "-fsyntax-only", f"-I{ROOT}/include"]
 READ_TELEVISION = ("import ctypes, sys; platform = ctypes.CDLL(sys.argv[1]); "
                    "platform.vconf_get_int(b'db/menu/system/accessibility/focuszoom', ctypes.byref(ctypes.c_int()))")
 

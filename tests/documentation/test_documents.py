@@ -1,0 +1,50 @@
+"""What every document keeps to, so that its blocks can be executed."""
+import re
+import unittest
+
+from exceptions import reasons
+from execution import ACTIONS, TA_LANGUAGES
+from markdown import ROOT, blocks, blocks_of, documents, unfenced_code
+
+# A further command that no test executes needs a line in not-executed.txt, and this number changed.
+NOT_EXECUTED = 4
+
+
+class Documents(unittest.TestCase):
+    def test_every_block_says_what_is_in_it(self):
+        for document in documents():
+            for block in blocks(document):
+                self.assertIn(block.language, [*ACTIONS, *TA_LANGUAGES], block.place)
+
+    def test_no_code_stands_outside_of_blocks(self):
+        self.assertEqual([], [f"{document}:{line}" for document in documents()
+                              for line in unfenced_code((ROOT / document).read_text())])
+        self.assertEqual([2, 8], unfenced_code("\n    a\n```c\n\n    b\n```\n\n    c\n"))
+
+    def test_blocks_of_the_ta_stand_where_they_are_replayed(self):
+        for document in documents():
+            if document != "docs/ta-protocol.md":
+                self.assertEqual([], [block.place for block in blocks(document) if block.language in TA_LANGUAGES])
+
+    def test_every_command_that_is_not_executed_is_there_and_has_a_reason(self):
+        there = {(document, block.text.splitlines()[0]) for document in documents() for block in blocks(document)
+                 if block.text}
+        for entry, reason in reasons().items():
+            self.assertIn(entry, there)
+            self.assertGreater(len(reason.split()), 3, entry)
+
+    def test_the_commands_that_are_not_executed_are_as_many_as_were_agreed_on(self):
+        self.assertEqual(NOT_EXECUTED, len(reasons()))
+
+    def test_a_block_without_an_end_is_found(self):
+        with self.assertRaisesRegex(ValueError, "a.md:2: the block has no end"):
+            blocks_of("a.md", "\n```sh\nls\n")
+
+    def test_pictures_that_documents_show_are_there(self):
+        for document in documents():
+            for link in re.findall(r"!\[[^]]*\]\(([^)]+)\)", (ROOT / document).read_text()):
+                self.assertTrue((ROOT / document).parent.joinpath(link).is_file(), f"{document}: {link}")
+
+
+if __name__ == "__main__":
+    unittest.main()
