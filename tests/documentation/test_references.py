@@ -1,10 +1,13 @@
 """Tables of the documents equal what the sources say."""
 import json
 import re
+import tomllib
 import unittest
+import xml.etree.ElementTree as ElementTree
 
 from markdown import ROOT, table
 
+NAMESPACE = {"r": "http://relaxng.org/ns/structure/1.0"}
 TELEVISION = "The television: one key file"
 
 
@@ -46,6 +49,18 @@ def television_defaults():
     return dict(re.findall(r"^    [\w:<>]+ (\w+) = ([^;]+);", struct[:struct.index("};")], flags=re.M))
 
 
+def own_attributes(holder):
+    """The attributes of an element of the schema, and not those of elements in it."""
+    found = []
+    for child in holder:
+        tag = child.tag.rsplit("}", 1)[-1]
+        if tag == "attribute":
+            found.append(child.get("name"))
+        elif tag != "element":
+            found += own_attributes(child)
+    return found
+
+
 class DevelopmentHost(unittest.TestCase):
     def test_every_key_of_the_television_is_in_the_table_and_no_other(self):
         rules = television_rules()
@@ -72,6 +87,29 @@ class DevelopmentHost(unittest.TestCase):
                    ("secure-world", "timeout"): "taTimeoutSeconds"}
         for name, member in members.items():
             self.assertEqual(f"`{defaults[member].strip(chr(34))}`", documented[name][1], name)
+
+
+class LayoutGuide(unittest.TestCase):
+    def test_the_table_has_the_attributes_that_the_schema_allows(self):
+        schema = ElementTree.parse(ROOT / "tools/data/layout.rng").getroot()
+        drawn = schema.find("r:define[@name='drawn']", NAMESPACE)
+        allowed = set()
+        for element in schema.iterfind(".//r:element", NAMESPACE):
+            uses_drawn = element.find("r:ref[@name='drawn']", NAMESPACE) is not None
+            for holder in [element, drawn] if uses_drawn else [element]:
+                allowed |= {(element.get("name"), name) for name in own_attributes(holder)}
+        documented = set()
+        name = ""
+        for cell, attributes, _ in table("docs/layout-guide.md", "Elements and attributes", 3):
+            name = cell.strip("`") or name
+            documented |= {(name, attribute) for attribute in re.findall(r"`([^`]+)`", attributes)}
+        self.assertEqual(set(), allowed ^ documented)
+
+    def test_the_areas_are_those_that_the_layouts_are_made_in(self):
+        areas = tomllib.loads((ROOT / "res/generator/areas.toml").read_text())
+        sizes = {tuple(area["size"]) for pad in areas.values() for area in pad.values()}
+        rows = table("docs/layout-guide.md", "Places", 3)
+        self.assertEqual(sizes, {(int(width), int(height)) for _, width, height in rows})
 
 
 class IntegrationGuide(unittest.TestCase):
