@@ -1,5 +1,4 @@
 """What every document keeps to, so that its blocks can be executed."""
-import re
 import unittest
 
 from exceptions import reasons
@@ -39,11 +38,6 @@ class Documents(unittest.TestCase):
     def test_a_block_without_an_end_is_found(self):
         with self.assertRaisesRegex(ValueError, "a.md:2: the block has no end"):
             blocks_of("a.md", "\n```sh\nls\n")
-
-    def test_pictures_that_documents_show_are_there(self):
-        for document in documents():
-            for link in re.findall(r"!\[[^]]*\]\(([^)]+)\)", (ROOT / document).read_text()):
-                self.assertTrue((ROOT / document).parent.joinpath(link).is_file(), f"{document}: {link}")
 
 
 if __name__ == "__main__":
