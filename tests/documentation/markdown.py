@@ -1,4 +1,4 @@
-"""The project's documents: their fenced blocks, and the tables below a heading."""
+"""The project's documents: their fenced blocks, the tables below a heading, and the examples of manual pages."""
 import re
 from dataclasses import dataclass
 from pathlib import Path
@@ -24,7 +24,7 @@ class Block:
 
 def documents():
     """All documents, by their path from the root."""
-    found = [*ROOT.glob("*.md"), *(ROOT / "docs").glob("**/*.md")]
+    found = [*ROOT.glob("*.md"), *(ROOT / "docs").glob("*.md"), *(ROOT / "docs/man").iterdir()]
     return sorted(str(path.relative_to(ROOT)) for path in found)
 
 
@@ -45,8 +45,19 @@ def blocks_of(document, text):
     return found
 
 
+def examples_of(document, text):
+    """The lines of a manual page's examples, each a command."""
+    examples = re.search(r"^\.SH EXAMPLES\n\.nf\n(.*?)^\.fi$", text, flags=re.M | re.S)
+    if not examples:
+        return []
+    first = text[:examples.start(1)].count("\n") + 1
+    return [Block(document, first + index, ["sh"], line.replace("\\-", "-") + "\n")
+            for index, line in enumerate(examples.group(1).splitlines())]
+
+
 def blocks(document):
-    return blocks_of(document, (ROOT / document).read_text())
+    read = blocks_of if document.endswith(".md") else examples_of
+    return read(document, (ROOT / document).read_text())
 
 
 def unfenced_code(text):

@@ -34,7 +34,8 @@ class Sandbox:
     def environment(self):
         kept = {name: value for name, value in os.environ.items()
                 if not name.startswith(("VAULTPAD_", "LC_", "LANG"))}
-        return {**kept, "HOME": f"{self.holder}/home", "XDG_RUNTIME_DIR": f"{self.holder}/runtime", "LC_ALL": "C.UTF-8"}
+        return {**kept, "HOME": f"{self.holder}/home", "XDG_RUNTIME_DIR": f"{self.holder}/runtime", "LC_ALL": "C.UTF-8",
+                "PATH": f"{self.root}/build/dev/bin:{os.environ['PATH']}"}
 
     def run(self, command):
         """Runs a command of Bash without a terminal. Returns its exit code and all that it wrote."""

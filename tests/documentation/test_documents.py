@@ -1,12 +1,13 @@
 """What every document keeps to, so that its blocks can be executed."""
+import subprocess
 import unittest
 
 from exceptions import reasons
 from execution import ACTIONS, TA_LANGUAGES
-from markdown import ROOT, blocks, blocks_of, documents, unfenced_code
+from markdown import ROOT, blocks, blocks_of, documents, examples_of, unfenced_code
 
 # A further command that no test executes needs a line in not-executed.txt, and this number changed.
-NOT_EXECUTED = 6
+NOT_EXECUTED = 7
 
 
 class Documents(unittest.TestCase):
@@ -17,7 +18,7 @@ class Documents(unittest.TestCase):
 
     def test_no_code_stands_outside_of_blocks(self):
         self.assertEqual([], [f"{document}:{line}" for document in documents()
-                              for line in unfenced_code((ROOT / document).read_text())])
+                              if document.endswith(".md") for line in unfenced_code((ROOT / document).read_text())])
         self.assertEqual([2, 8], unfenced_code("\n    a\n```c\n\n    b\n```\n\n    c\n"))
 
     def test_blocks_of_the_ta_stand_where_they_are_replayed(self):
@@ -34,6 +35,19 @@ class Documents(unittest.TestCase):
 
     def test_the_commands_that_are_not_executed_are_as_many_as_were_agreed_on(self):
         self.assertEqual(NOT_EXECUTED, len(reasons()))
+
+    def test_examples_of_manual_pages_are_commands(self):
+        page = ".SH EXAMPLES\n.nf\na \\-b\nc\n.fi\n"
+        self.assertEqual([(3, "a -b\n"), (4, "c\n")], [(block.line, block.text) for block in examples_of("a.1", page)])
+        self.assertEqual(1, len([document for document in documents() if "vaultpad-layout.1" in document and
+                                 blocks(document)]))
+
+    def test_drawings_can_be_drawn(self):
+        drawings = list((ROOT / "docs/pictures").glob("*.svg"))
+        self.assertTrue(drawings)
+        for drawing in drawings:
+            png = subprocess.run(["rsvg-convert", drawing], check=True, capture_output=True).stdout
+            self.assertTrue(png.startswith(b"\x89PNG"), drawing)
 
     def test_a_block_without_an_end_is_found(self):
         with self.assertRaisesRegex(ValueError, "a.md:2: the block has no end"):
