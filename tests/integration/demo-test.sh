@@ -41,18 +41,14 @@ expect "wrong option" 109 "--nonsense" --nonsense
 expect "wrong type" 105 "pinpad" --type remote
 expect "wrong key list" 105 "write KEY*NUMBER" --keys 'Right*x'
 expect "no terminal" 1 "the pad could not be opened" --display terminal --keys Return
-<<<<<<< HEAD
-expect "no key router" 1 "the plain family needs a Wayland compositor" --family plain --display none
 expect "voice" 0 "What was spoken:" --voice --frames "$folder/spoken"
 ls "$folder/spoken" | grep -q -- '^voice-[0-9]*-key\.5\.wav$' || { echo "FAILED: key 5 was not spoken"; failures=$((failures + 1)); }
-=======
 expect "plain family" 0 "$typed" --family plain --display none
 expect "plain family, keyboard" 0 "$typed" --family plain --type keyboard --display none
 expect "plain family left by XF86Exit" 0 "The pad was left" --family plain --keys Return,XF86Exit --display none
 # What EFL prints about itself has no place in front of a user.
 "$demo" --family plain --display none > /dev/null 2> "$folder/errors" < /dev/null
 [ ! -s "$folder/errors" ] || { echo "FAILED: plain family says:"; cat "$folder/errors"; failures=$((failures + 1)); }
->>>>>>> 176430b (Open the demo's plain family in a compositor of its own)
 expect "help" 0 "--high-contrast" --help
 [ "$failures" -eq 0 ] && echo "all demo runs as expected"
 exit "$failures"
