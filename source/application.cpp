@@ -8,6 +8,7 @@
 
 #include <clocale>
 #include <cstdlib>
+#include <new>
 #include <string>
 
 #include "audio/voice-guide.h"
@@ -75,6 +76,16 @@ void Application::applyLanguage() {
     std::free(language);
 }
 
+// The guide is made to be destroyed where none exists. A destructor must not throw when there is no memory for that.
+void Application::destroyVoiceGuide() noexcept {
+    try {
+        VoiceGuide::instance();
+    } catch (const std::bad_alloc&) {
+        CA_LOG_ERROR("memory allocation fail;");
+    }
+    VoiceGuide::destroy();
+}
+
 Application::~Application() {
     CA_LOG_INFO("called;");
     if (use_keyrouter_ && initialized_) {
@@ -83,8 +94,7 @@ Application::~Application() {
     }
     killBackgroundHelper(bg_pid_);
     tee_->exit();
-    VoiceGuide::instance();
-    VoiceGuide::destroy();
+    destroyVoiceGuide();
     tee_.reset();
     renderer_.reset();
     parser_.reset();

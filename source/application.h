@@ -60,6 +60,7 @@ private:
     void storeType(int ime_type, int extra);
     void startHelper();
     void renderLayout(int focusZoom, int highContrast, int orientation);
+    static void destroyVoiceGuide() noexcept;
     void leave(AppResult* result);
     void changeVolume(const char* keyName);
 

@@ -25,6 +25,8 @@ std::vector<pid_t>& killedHelpers() {
 pid_t startBackgroundHelper(const char* mode, const char* voiceConnection) {
     reapBackgroundHelpers();
     const char* const path = backgroundHelperPath();
+    // The room for this one is made here, where a failure may be reported: killing happens in destructors too.
+    killedHelpers().reserve(killedHelpers().size() + 1);
     const pid_t pid = fork();
     if (pid == 0) {
         execl(path, path, mode, voiceConnection, static_cast<char*>(nullptr));

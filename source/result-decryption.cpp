@@ -8,6 +8,7 @@
 #include <cstdlib>
 #include <cstring>
 #include <memory>
+#include <new>
 
 #include "log.h"
 #include "wipe.h"
@@ -155,7 +156,7 @@ int CsapiVPADdecryptWithRSAKeyPair(const unsigned char* modulus, unsigned int mo
                                    const unsigned char* private_exponent, unsigned int private_exponent_len,
                                    unsigned int prefix_len, const unsigned char* enc_key, unsigned int enc_key_len,
                                    const unsigned char* enc_data, unsigned int enc_data_len, char** out_text,
-                                   unsigned int* out_text_len) {
+                                   unsigned int* out_text_len) try {
     *out_text = nullptr;
     *out_text_len = 0;
     WorkingRecord record;
@@ -213,5 +214,8 @@ int CsapiVPADdecryptWithRSAKeyPair(const unsigned char* modulus, unsigned int mo
 #endif
     *out_text = buffer;
     *out_text_len = textLength;
+    return 0;
+} catch (const std::bad_alloc&) {
+    VPAD_LOG_ERROR("memory allocation fail;");
     return 0;
 }

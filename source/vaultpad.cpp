@@ -3,6 +3,7 @@
 
 #include <cstdlib>
 #include <cstring>
+#include <new>
 
 #include "application.h"
 #include "exception.h"
@@ -40,7 +41,12 @@ int vault_pad_session(void) {
         return 0;
     }
     VPAD_LOG_INFO("enter check_vpad_api_privilege success");
-    app = Application::instance();
+    try {
+        app = Application::instance();
+    } catch (const std::bad_alloc&) {
+        VPAD_LOG_ERROR("memory allocation fail;");
+        return 0;
+    }
     return 1;
 }
 
@@ -154,6 +160,8 @@ void* copyOut(const std::uint8_t* bytes, std::size_t capacity, std::uint32_t len
     void* copy = std::malloc(length);
     if (copy != nullptr) {
         std::memcpy(copy, bytes, length);
+    } else if (length != 0) {
+        VPAD_LOG_ERROR("memory allocation fail;");
     }
     *outLength = copy != nullptr ? length : 0;
     return copy;

@@ -58,6 +58,25 @@ bool isOtherUser(int connection) {
     return getsockopt(connection, SOL_SOCKET, SO_PEERCRED, &peer, &size) == 0 && peer.uid != geteuid();
 }
 
+// Closed when it goes, also when memory runs out: a socket left behind would keep the address from the next session.
+class Descriptor {
+public:
+    explicit Descriptor(int number) : number_(number) {}
+    ~Descriptor() { reset(); }
+    Descriptor(const Descriptor&) = delete;
+    Descriptor& operator=(const Descriptor&) = delete;
+
+    void reset() {
+        if (number_ >= 0) {
+            close(number_);
+        }
+        number_ = -1;
+    }
+
+private:
+    int number_;
+};
+
 }  // namespace
 
 int VoiceGuide::receive() {
@@ -69,6 +88,7 @@ int VoiceGuide::receive() {
 }
 
 int VoiceGuide::recvVoiceData(int socket) {
+    const Descriptor listener(socket);
     const std::int32_t count = voiceCount_;
     patience_ = kPatience;
     dropped_ = 0;
@@ -79,17 +99,11 @@ int VoiceGuide::recvVoiceData(int socket) {
             if (connection >= 0) {
                 close(connection);
             }
-            if (socket >= 0) {
-                close(socket);
-            }
             return -1;
         }
         if (takeMessage(connection)) {
             ++done;
         }
-    }
-    if (socket >= 0) {
-        close(socket);
     }
     return 0;
 }
@@ -97,6 +111,7 @@ int VoiceGuide::recvVoiceData(int socket) {
 // Reads and closes the connection; returns true when it brought the last chunk of a clip. Exactly one recv() reads it,
 // and what that returns is not looked at, which is intended: what a short message leaves out is zero.
 bool VoiceGuide::takeMessage(int connection) {
+    Descriptor owned(connection);
     // Zeroed for each message, so that none ever carries bytes of an earlier one.
     const auto message = std::make_unique<VoiceMessage>();
     const bool trusted = !isOtherUser(connection);
@@ -104,7 +119,7 @@ bool VoiceGuide::takeMessage(int connection) {
         awaitMessage(connection);
         recv(connection, message.get(), sizeof(*message), 0);
     }
-    close(connection);
+    owned.reset();
     if (!trusted) {
         drop("another user", message->index, message->length);
         return false;

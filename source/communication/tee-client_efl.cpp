@@ -122,13 +122,15 @@ std::int32_t TeeClient::loadRotatedImage(const graphic::Canvas& canvas, const gr
 
 void TeeClient::record(const graphic::Object& object, std::uint8_t* pixels, std::int32_t x, std::int32_t y,
                        std::int32_t width, std::int32_t height) {
+    // Composing the name takes memory, and may fail before the record owns the pixels.
+    std::unique_ptr<std::uint8_t, FreeBlock> owned(pixels);
     std::ostringstream name;
     name << VAULTPAD_TA_IMAGE_NAME_PREFIX << object.id() << VAULTPAD_TA_IMAGE_NAME_SUFFIX;
+    const std::string text = name.str();
     ImageRecord& image = images_[imageCount_];
     image = {};
-    const std::string text = name.str();
+    image.pixels = owned.release();
     std::copy_n(text.c_str(), std::min(text.size(), sizeof(image.name) - 1), image.name);
-    image.pixels = pixels;
     image.x = x;
     image.y = y;
     image.width = width;

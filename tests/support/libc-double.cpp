@@ -32,7 +32,14 @@ std::string signalName(int number) {
     return number == SIGKILL ? "SIGKILL" : number == SIGUSR2 ? "SIGUSR2" : std::to_string(number);
 }
 
-bool allocationFails() {
+// Allocations come from the library: the doubles' hooks are left out.
+#define NO_DOUBLE_HOOK __attribute__((no_instrument_function))
+
+NO_DOUBLE_HOOK bool allocationFails() {
+    const auto& observer = libc().allocationObserver;
+    if (observer && observer()) {
+        return true;
+    }
     int& failing = libc().failingAllocation;
     return failing > 0 && --failing == 0;
 }
@@ -61,6 +68,9 @@ FILE* __real_fopen(const char* path, const char* mode);
 size_t __real_fread(void* data, size_t size, size_t count, FILE* file);
 int __real_usleep(useconds_t microseconds);
 int __real_bind(int socket, const sockaddr* address, socklen_t length);
+int __real_listen(int socket, int backlog);
+int __real_accept(int socket, sockaddr* address, socklen_t* length);
+ssize_t __real_recv(int socket, void* data, size_t size, int flags);
 int __real_connect(int socket, const sockaddr* address, socklen_t length);
 int __real_getsockopt(int socket, int level, int option, void* value, socklen_t* length);
 
@@ -114,22 +124,22 @@ int __wrap_kill(pid_t pid, int number) {
     if (!libc().processesAreFake) {
         return __real_kill(pid, number);
     }
-    platform().call("kill", std::to_string(pid) + ", " + signalName(number));
-    return 0;
+    return platform().call("kill", std::to_string(pid) + ", " + signalName(number)).value_or(0);
 }
 
 sighandler_t __wrap_signal(int number, sighandler_t handler) {
-    if (libc().processesAreFake) {
-        platform().call("signal", signalName(number));
+    if (libc().processesAreFake && platform().call("signal", signalName(number))) {
+        errno = EINVAL;
+        return SIG_ERR;
     }
     return __real_signal(number, handler);
 }
 
-void* __wrap_malloc(size_t size) {
+NO_DOUBLE_HOOK void* __wrap_malloc(size_t size) {
     return allocationFails() ? nullptr : __real_malloc(size);
 }
 
-void* __wrap_calloc(size_t count, size_t size) {
+NO_DOUBLE_HOOK void* __wrap_calloc(size_t count, size_t size) {
     return allocationFails() ? nullptr : __real_calloc(count, size);
 }
 
@@ -171,6 +181,18 @@ int __wrap_bind(int socket, const sockaddr* address, socklen_t length) {
     sockaddr_un own{};
     const socklen_t ownLength = privateAddress(address, length, own);
     return __real_bind(socket, reinterpret_cast<const sockaddr*>(&own), ownLength);
+}
+
+int __wrap_listen(int socket, int backlog) {
+    return platform().call("listen") ? -1 : __real_listen(socket, backlog);
+}
+
+int __wrap_accept(int socket, sockaddr* address, socklen_t* length) {
+    return platform().call("accept") ? -1 : __real_accept(socket, address, length);
+}
+
+ssize_t __wrap_recv(int socket, void* data, size_t size, int flags) {
+    return platform().call("recv") ? -1 : __real_recv(socket, data, size, flags);
 }
 
 int __wrap_connect(int socket, const sockaddr* address, socklen_t length) {

@@ -1,10 +1,10 @@
 /*
  * The calls into libc that the library's objects make, under a test's control.
  *
- * The linker redirects (--wrap) fork, execl, kill, signal, malloc, calloc, fopen, fread, usleep, bind, connect
- * and getsockopt of the objects linked into a test executable, and of nothing in shared libraries. Without a test's
- * word each does what libc does, but for bind and connect: they keep the voice maker's socket address to the process,
- * so that tests may run side by side.
+ * The linker redirects (--wrap) fork, execl, kill, signal, malloc, calloc, fopen, fread, usleep, bind, listen, accept,
+ * recv, connect and getsockopt of the objects linked into a test executable, and of nothing in shared libraries.
+ * Without a test's word each does what libc does, but for bind and connect: they keep the voice maker's socket address
+ * to the process, so that tests may run side by side.
  */
 #ifndef VAULTPAD_TESTS_SUPPORT_LIBC_DOUBLE_H
 #define VAULTPAD_TESTS_SUPPORT_LIBC_DOUBLE_H
@@ -30,6 +30,9 @@ struct LibcDouble {
 
     /* The allocation, counted from now, that fails once: 1 is the next malloc() or calloc(). 0: none. */
     int failingAllocation = 0;
+
+    /* Asked at each malloc() and calloc(); true makes it fail. */
+    bool (*allocationObserver)() = nullptr;
 
     /* What stands in for the process's security label file: its text, or the error of opening it. */
     std::optional<std::string> securityLabel;

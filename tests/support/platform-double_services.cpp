@@ -160,8 +160,7 @@ int sound_manager_get_speaker_selection(int* selection) {
 }
 
 int bt_audio_stop_streaming(void) {
-    platform().call("bt_audio_stop_streaming");
-    return platform().television.bluetoothStop;
+    return platform().call("bt_audio_stop_streaming").value_or(platform().television.bluetoothStop);
 }
 
 int cynara_initialize(cynara** handle, const cynara_configuration* configuration) {
@@ -211,6 +210,7 @@ int KeyRouter_Add_All_Key(int mode, KeyRouter_KeyList* list) {
     if (const auto code = platform().call("KeyRouter_Add_All_Key", std::to_string(mode))) {
         return *code;
     }
+    delete keysOf(list);
     list->keys = new Strings(platform().television.remoteKeys);
     list->count = static_cast<unsigned int>(keysOf(list)->size());
     return VAULTPAD_KEY_ROUTER_OK;
