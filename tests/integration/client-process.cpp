@@ -16,14 +16,21 @@ constexpr int kPatienceMilliseconds = 30000;
 }  // namespace
 
 ClientProcess::ClientProcess(std::vector<std::string> command) {
-    int ends[2];
-    if (pipe2(ends, O_CLOEXEC) != 0) {
+    int output[2];
+    int input[2];
+    if (pipe2(output, O_CLOEXEC) != 0) {
         return;
     }
-    output_ = ends[0];
+    output_ = output[0];
+    if (pipe2(input, O_CLOEXEC) != 0) {
+        close(output[1]);
+        return;
+    }
+    input_ = input[1];
     posix_spawn_file_actions_t actions;
     posix_spawn_file_actions_init(&actions);
-    posix_spawn_file_actions_adddup2(&actions, ends[1], STDOUT_FILENO);
+    posix_spawn_file_actions_adddup2(&actions, output[1], STDOUT_FILENO);
+    posix_spawn_file_actions_adddup2(&actions, input[0], STDIN_FILENO);
     std::vector<char*> arguments;
     for (std::string& word : command) {
         arguments.push_back(word.data());
@@ -33,7 +40,8 @@ ClientProcess::ClientProcess(std::vector<std::string> command) {
         pid_ = -1;
     }
     posix_spawn_file_actions_destroy(&actions);
-    close(ends[1]);
+    close(output[1]);
+    close(input[0]);
 }
 
 ClientProcess::~ClientProcess() {
@@ -41,6 +49,7 @@ ClientProcess::~ClientProcess() {
         end(SIGKILL);
     }
     close(output_);
+    close(input_);
 }
 
 std::string ClientProcess::line() {
@@ -51,6 +60,12 @@ std::string ClientProcess::line() {
         text += byte;
     }
     return text;
+}
+
+void ClientProcess::proceed() {
+    // A client that has ended already is noticed by its next line.
+    const ssize_t written = write(input_, "\n", 1);
+    (void)written;
 }
 
 int ClientProcess::end(int signal) {

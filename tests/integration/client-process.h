@@ -21,12 +21,16 @@ public:
     /* Waits for the client's next line on standard output; empty when it ended, or said nothing for half a minute. */
     std::string line();
 
+    /* Sends a line on standard input, for a client that waits for one. */
+    void proceed();
+
     /* Sends a signal, 0 for none, and returns the wait status. */
     int end(int signal);
 
 private:
     pid_t pid_ = -1;
     int output_ = -1;
+    int input_ = -1;
     bool reaped_ = false;
 };
 
