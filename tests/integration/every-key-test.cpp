@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "client.h"
+#include "decoded-text.h"
 #include "pad-walk.h"
 #include "television.h"
 
@@ -19,21 +20,6 @@ using vaultpad::secureworld::PadKey;
 using Layout = std::tuple<int, std::string, bool, bool, bool>;
 
 constexpr std::size_t kTextMax = VAULTPAD_TEXT_LENGTH_MAX;
-
-// What the decryption makes of a character: its bytes stand at its position, and the next one's overwrite them.
-void place(char16_t character, std::size_t position, std::string& text) {
-    std::string bytes;
-    if (character < 0x80) {
-        bytes = static_cast<char>(character);
-    } else if (character < 0x800) {
-        bytes = {static_cast<char>(0xC0 | character >> 6), static_cast<char>(0x80 | (character & 0x3F))};
-    } else {
-        bytes = {static_cast<char>(0xE0 | character >> 12), static_cast<char>(0x80 | (character >> 6 & 0x3F)),
-                 static_cast<char>(0x80 | (character & 0x3F))};
-    }
-    text.resize(std::max(text.size(), position + bytes.size()));
-    text.replace(position, bytes.size(), bytes);
-}
 
 class EveryKey : public testing::TestWithParam<Layout> {
 protected:
@@ -86,14 +72,14 @@ TEST_P(EveryKey, TypesItsCharacterAndTheTextDecrypts) {
         if (start > 0) {
             reopen();
         }
-        std::string expected;
+        std::u16string typed;
         const std::size_t end = std::min(start + kTextMax, characters.size());
         for (std::size_t i = start; i < end; ++i) {
             ASSERT_EQ(0, press(characters[i]).result);
-            place(walk_->keys()[characters[i]].action.character, i - start, expected);
+            typed += walk_->keys()[characters[i]].action.character;
         }
         ASSERT_EQ(1u, press(done).closed);
-        EXPECT_EQ(expected.substr(0, kTextMax), client_.decrypt());
+        EXPECT_EQ(decodedText(typed), client_.decrypt());
     }
 }
 
@@ -106,12 +92,12 @@ TEST_P(EveryKey, TakesBackClearsAndCancels) {
         press(keysThat(kind).at(0));
         press(characters[2]);
         ASSERT_EQ(1u, press(keysThat(KeyAction::Kind::Complete).at(0)).closed);
-        std::string expected;
+        std::u16string typed;
         if (left == 1) {
-            place(walk_->keys()[characters[0]].action.character, 0, expected);
+            typed += walk_->keys()[characters[0]].action.character;
         }
-        place(walk_->keys()[characters[2]].action.character, left, expected);
-        EXPECT_EQ(expected, client_.decrypt());
+        typed += walk_->keys()[characters[2]].action.character;
+        EXPECT_EQ(decodedText(typed), client_.decrypt());
         reopen();
     }
     press(characters[0]);

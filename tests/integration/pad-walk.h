@@ -29,6 +29,7 @@ public:
     std::optional<std::string> press(std::size_t key);
 
     const std::vector<vaultpad::secureworld::PadKey>& keys() const { return pad_->keys(); }
+    const vaultpad::secureworld::Pad& pad() const { return *pad_; }
 
 private:
     struct State {

@@ -52,7 +52,8 @@ std::vector<pid_t> childrenOf(pid_t parent) {
 }
 
 std::vector<pid_t> childrenNamed(pid_t parent, const std::string& name) {
-    return childrenWhere(parent, [&name](const std::string& candidate, char) { return candidate == name; });
+    return childrenWhere(
+        parent, [&name](const std::string& candidate, char state) { return candidate == name && state != 'Z'; });
 }
 
 bool endsSoon(pid_t pid) {

@@ -11,7 +11,7 @@
 /* The children of the process, zombies included. */
 std::vector<pid_t> childrenOf(pid_t parent);
 
-/* The children whose executable has this name. */
+/* The children whose executable has this name, and which have not ended. */
 std::vector<pid_t> childrenNamed(pid_t parent, const std::string& name);
 
 /* Waits up to five seconds until the process is gone or a zombie; false when it still runs. */

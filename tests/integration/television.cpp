@@ -27,6 +27,11 @@ Television& Television::set(const std::string& group, const std::string& key, co
     return *this;
 }
 
+Television& Television::unset(const std::string& group, const std::string& key) {
+    groups_[group].erase(key);
+    return *this;
+}
+
 void Television::apply() {
     const std::filesystem::path path = folder_ / "television.ini";
     std::ofstream file(path);

@@ -18,6 +18,7 @@ public:
     Television& operator=(const Television&) = delete;
 
     Television& set(const std::string& group, const std::string& key, const std::string& value);
+    Television& unset(const std::string& group, const std::string& key);
     void apply();
 
     const std::filesystem::path& folder() const { return folder_; }
