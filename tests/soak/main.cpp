@@ -31,6 +31,8 @@ std::vector<std::string> readLanguages() {
 
 int main(int argc, char** argv) {
     const vaultpad::soak::Options options = vaultpad::soak::readOptions(argc, argv);
+    // A run that is ended from outside has said all that it found until then.
+    std::setvbuf(stdout, nullptr, _IOLBF, BUFSIZ);
     try {
         setenv("LOCPATH", VAULTPAD_SOAK_LOCALES, 0);
         vaultpad::compositor::CompositorProcess compositor(VAULTPAD_SOAK_COMPOSITOR);
