@@ -16,7 +16,8 @@ constexpr double kWindowsPerSession = 2;
 // do this and nothing else measure 110 KB for each and 1067 bytes.
 constexpr double kBytesPerWindow = 150000;
 constexpr double kBytesPerEflStart = 1200;
-// Where EFL stays up, its image cache takes this many sessions to fill.
+// One block is no line. Where EFL stays up, its image cache takes longer to fill.
+constexpr std::size_t kSessionsToJudge = 50;
 constexpr std::size_t kSessionsToFillCaches = 200;
 
 // A session sets the locale of the process, and with it the decimal point.
@@ -48,7 +49,7 @@ void SoakRun::judgeGrowth(const Stretches& kind) {
     if (windows > (kind.family == Family::Plain ? 2 * kWindowsPerSession : 0)) {
         find(std::string(kind.name) + ": " + std::to_string(windows) + " windows per session stay");
     }
-    if (!kind.startsEfl && kind.sessions < kSessionsToFillCaches) {
+    if (kind.sessions < (kind.startsEfl ? kSessionsToJudge : kSessionsToFillCaches)) {
         std::printf("%s: too few sessions to judge the memory by\n", kind.name);
         return;
     }
