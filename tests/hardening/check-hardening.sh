@@ -1,7 +1,7 @@
 #!/bin/sh
 # Looks for the traces of the hardening flags in a built file.
 #   check-hardening.sh relocations|stack|pie|canaries|fortified FILE
-#   check-hardening.sh installed BUILD-FOLDER             no installed file names folders to search libraries in
+#   check-hardening.sh installed BUILD-FOLDER             installed files look for libraries beside themselves
 #   check-hardening.sh interposable LIBRARY FUNCTION...   the library calls each through a symbol of that very name
 set -eu
 
@@ -42,8 +42,11 @@ case $property in
         find "$root" -type f \( -perm -u+x -o -name '*.so*' \) > "$root/files"
         grep -q '/libvaultpad\.so' "$root/files" || fail "installs no library"
         while read -r installed; do
-            ! readelf -dW "$installed" 2> "$root/errors" | grep -E '\((RPATH|RUNPATH)\)' ||
-                fail "installs $installed with folders to search libraries in"
+            # Its own folder and the one of the libraries beside it: a tree is installed under any prefix.
+            folders=$(readelf -dW "$installed" 2> "$root/errors" |
+                sed -nE 's/.*\((RPATH|RUNPATH)\).*\[(.*)\]/\2/p' | tr ':' '\n')
+            ! printf '%s\n' "${folders:-\$ORIGIN}" | grep -vE '^\$ORIGIN(/\.\.)*(/[A-Za-z0-9_-]+)*$' ||
+                fail "installs $installed with folders to search libraries in that are not relative to it"
         done < "$root/files"
         ;;
     interposable)

@@ -55,8 +55,10 @@ TEST_F(CreateTest, PlainFamilyWithoutKeyRouterLogsReturnsZeroAndCanBeClosed) {
                             "failed to send data to TA, ret: -1", "tzfw_core_create_shared_memory() fail",
                             "failed to show vaultpad, ret: -1"));
     const Strings journal = platform().journal();
+    // Each start asks twice: whether windows are worth bringing up, and for the display itself.
     EXPECT_THAT(Strings(journal.begin() + 3, journal.end()),
                 ElementsAre("ecore_wl2_connected_display_get(null)", "ecore_wl2_connected_display_get(null)",
+                            "ecore_wl2_connected_display_get(null)", "ecore_wl2_connected_display_get(null)",
                             "tzfw_tui_create_context()", "tzfw_tui_get_gp_info()",
                             "tzfw_core_create_shared_memory(0, 6144000, 3, 3)",
                             "tzfw_core_create_shared_memory(0, 102400, 3, 3)"));
