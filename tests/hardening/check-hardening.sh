@@ -45,7 +45,7 @@ case $property in
             # Its own folder and the one of the libraries beside it: a tree is installed under any prefix.
             folders=$(readelf -dW "$installed" 2> "$root/errors" |
                 sed -nE 's/.*\((RPATH|RUNPATH)\).*\[(.*)\]/\2/p' | tr ':' '\n')
-            ! printf '%s\n' "${folders:-\$ORIGIN}" | grep -vE '^\$ORIGIN(/\.\.)*(/[A-Za-z0-9_-]+)*$' ||
+            ! printf '%s\n' "${folders:-\$ORIGIN}" | grep -vE '^\$ORIGIN(/\.\.)*(/[A-Za-z0-9_-]+)*/?$' ||
                 fail "installs $installed with folders to search libraries in that are not relative to it"
         done < "$root/files"
         ;;
