@@ -20,8 +20,11 @@ Bytes stream(std::size_t dataSize) {
 }
 
 std::uint32_t word(const Bytes& bytes, std::size_t offset) {
-    return bytes[offset] | bytes[offset + 1] << 8 | bytes[offset + 2] << 16 |
-           static_cast<std::uint32_t>(bytes[offset + 3]) << 24;
+    std::uint32_t result = 0;
+    for (std::size_t i = 4; i > 0; --i) {
+        result = result << 8 | bytes[offset + i - 1];
+    }
+    return result;
 }
 
 }  // namespace
