@@ -1,0 +1,5 @@
+// Nothing: carries the precompiled headers that the test programs use again.
+int main()
+{
+    return 0;
+}
