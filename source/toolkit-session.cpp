@@ -23,18 +23,16 @@ namespace {
 constexpr std::array<int, 10> kToolkitSignals = {SIGINT,  SIGTERM, SIGHUP,  SIGQUIT, SIGUSR1,
                                                  SIGUSR2, SIGCHLD, SIGPIPE, SIGALRM, SIGPWR};
 
-// Puts the dispositions back, and holds the signals up on this thread meanwhile: one that arrives belongs to the
-// client's handler. Another thread of the client can still take one in between.
+// Puts the dispositions back, and the mask of this thread. Nothing is held up meanwhile: Ecore unblocks its signals as
+// soon as it has its handlers and before it has the pipe that they write to, so that whatever had waited would be lost
+// to the client. The shorter one of these lives, the less can arrive in it.
 class SignalGuard {
 public:
     SignalGuard() {
-        sigset_t signals;
-        sigemptyset(&signals);
         for (std::size_t i = 0; i < kToolkitSignals.size(); ++i) {
-            sigaddset(&signals, kToolkitSignals[i]);
             sigaction(kToolkitSignals[i], nullptr, &saved_[i]);
         }
-        pthread_sigmask(SIG_BLOCK, &signals, &mask_);
+        pthread_sigmask(SIG_SETMASK, nullptr, &mask_);
     }
     ~SignalGuard() {
         for (std::size_t i = 0; i < kToolkitSignals.size(); ++i) {
@@ -102,12 +100,17 @@ bool windowsAreUp = false;
 }  // namespace
 
 ToolkitSession::ToolkitSession() {
-    const SignalGuard signals;
     const RuntimeFolderGuard runtimeFolder;
     const LocaleGuard locale;
     // Heeded when EFL is initialised from zero, now or later: nothing takes it back. In a client that has EFL up its
     // modules stay as they are.
     ecore_app_no_system_modules();
+    // Evas would bring these up itself, and Ecore's handlers would stand for all that time.
+    eina_init();
+    {
+        const SignalGuard signals;
+        ecore_init();
+    }
     evas_init();
 }
 
@@ -134,6 +137,8 @@ void ToolkitSession::bringUpWindows() {
 ToolkitSession::~ToolkitSession() {
     const SignalGuard signals;
     evas_shutdown();
+    ecore_shutdown();
+    eina_shutdown();
 }
 
 }  // namespace vaultpad

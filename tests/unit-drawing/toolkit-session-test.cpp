@@ -2,6 +2,7 @@
 
 #include <Ecore.h>
 #include <Evas.h>
+#include <dlfcn.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <signal.h>
@@ -11,11 +12,13 @@
 
 #include <atomic>
 #include <clocale>
+#include <csignal>
 #include <cstdlib>
 #include <cstring>
 #include <memory>
 #include <string>
 #include <thread>
+#include <utility>
 #include <vector>
 
 #include "runtime-folder.h"
@@ -35,6 +38,10 @@ private:
 // All that the toolkit takes over, and some that it does not.
 constexpr int kSignals[] = {SIGINT,  SIGTERM, SIGHUP,  SIGQUIT, SIGUSR1,  SIGUSR2,
                             SIGCHLD, SIGPIPE, SIGALRM, SIGPWR,  SIGWINCH, SIGCONT};
+
+// The signal that arrives just before Ecore comes up; 0 for none.
+int raisedBeforeEcore = 0;
+volatile std::sig_atomic_t received = 0;
 
 void clientsHandler(int /*signal*/) {}
 void clientsDetailedHandler(int /*signal*/, siginfo_t* /*info*/, void* /*context*/) {}
@@ -86,6 +93,16 @@ TEST_F(ClientsSignals, AreTheSameDuringAndAfterASession) {
         expectClientsHandlers();
     }
     expectClientsHandlers();
+}
+
+TEST(ClientsSignal, ReachesItsHandlerUpToTheMomentThatEcoreTakesOver) {
+    signal(SIGCHLD, [](int) { ++received; });
+    received = 0;
+    raisedBeforeEcore = SIGCHLD;
+    const ToolkitSession session;
+    EXPECT_EQ(raisedBeforeEcore, 0) << "Ecore was not brought up";
+    EXPECT_EQ(received, 1);
+    signal(SIGCHLD, SIG_DFL);
 }
 
 TEST_F(ClientsSignals, AreTheSameAfterEachOfTwoNestedSessions) {
@@ -233,3 +250,12 @@ TEST(ToolkitSession, ConnectsToNoSystemBus) {
 }
 
 }  // namespace
+
+// Stands before Ecore's own, which has neither handlers nor a pipe yet.
+extern "C" int ecore_init() {
+    if (raisedBeforeEcore != 0) {
+        raise(std::exchange(raisedBeforeEcore, 0));
+    }
+    static const auto real = reinterpret_cast<int (*)()>(dlsym(RTLD_NEXT, "ecore_init"));
+    return real();
+}
