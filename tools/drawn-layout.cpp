@@ -17,7 +17,6 @@ namespace vaultpad::tools {
 
 namespace {
 
-using secureworld::Rect;
 using secureworld::Size;
 
 Size imageSize(const graphic::Object& object) {

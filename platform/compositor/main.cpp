@@ -80,17 +80,15 @@ int run(const Options& options) {
 
 }  // namespace
 
-int main(int argc, char** argv) {
+int main(int argc, char** argv) try {
     Options options;
     CLI::App cli("A Wayland compositor without a screen that routes a remote control's keys.", "vaultpad-compositor");
     cli.add_option("--socket", options.socket, "Name of the socket in XDG_RUNTIME_DIR (default: the first free one)");
     cli.add_flag("--keep-running", options.keepRunning, "Go on when standard input ends");
     cli.footer(kHelp);
     CLI11_PARSE(cli, argc, argv);
-    try {
-        return run(options);
-    } catch (const std::exception& error) {
-        std::cerr << "vaultpad-compositor: " << error.what() << std::endl;
-        return EXIT_FAILURE;
-    }
+    return run(options);
+} catch (const std::exception& error) {
+    std::cerr << "vaultpad-compositor: " << error.what() << std::endl;
+    return EXIT_FAILURE;
 }

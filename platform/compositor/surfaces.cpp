@@ -81,7 +81,7 @@ Surface* Surface::of(wl_resource* surface) {
 }
 
 Surface::Surface(Surfaces& all, wl_resource* resource) : all_(all), resource_(resource) {
-    bufferGone_.notify = onBufferGone;
+    bufferGone_ = {{{}, onBufferGone}, this};
     all_.add(this);
 }
 
@@ -95,14 +95,14 @@ Surface::~Surface() {
 }
 
 void Surface::onBufferGone(wl_listener* listener, void*) {
-    Surface* surface = nullptr;
-    surface = wl_container_of(listener, surface, bufferGone_);
-    surface->forgetBuffer();
+    BufferListener* gone = nullptr;
+    gone = wl_container_of(listener, gone, listener);
+    gone->surface->forgetBuffer();
 }
 
 void Surface::forgetBuffer() {
     if (buffer_ != nullptr) {
-        wl_list_remove(&bufferGone_.link);
+        wl_list_remove(&bufferGone_.listener.link);
         buffer_ = nullptr;
     }
 }
@@ -112,7 +112,7 @@ void Surface::attach(wl_resource* buffer) {
     attached_ = true;
     buffer_ = buffer;
     if (buffer != nullptr) {
-        wl_resource_add_destroy_listener(buffer, &bufferGone_);
+        wl_resource_add_destroy_listener(buffer, &bufferGone_.listener);
     }
 }
 

@@ -40,6 +40,11 @@ public:
     void setRole(std::function<void()> beforeCommit);
 
 private:
+    struct BufferListener {
+        wl_listener listener;
+        Surface* surface;
+    };
+
     static void onBufferGone(wl_listener* listener, void* data);
     void forgetBuffer();
     void unmap();
@@ -47,7 +52,7 @@ private:
     Surfaces& all_;
     wl_resource* const resource_;
     wl_resource* buffer_ = nullptr; /* attached and not yet committed */
-    wl_listener bufferGone_{};
+    BufferListener bufferGone_{};
     bool attached_ = false;
     bool mapped_ = false;
     std::vector<wl_resource*> frames_;

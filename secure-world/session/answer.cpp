@@ -67,7 +67,7 @@ std::vector<std::uint8_t> encryptData(const Workspace& work, std::size_t size) {
         EVP_EncryptFinal_ex(context.get(), result.data() + body, &tail) != 1) {
         throw std::runtime_error("the text cannot be encrypted");
     }
-    result.resize(static_cast<std::size_t>(body + tail));
+    result.resize(static_cast<std::size_t>(body) + static_cast<std::size_t>(tail));
     return result;
 }
 
