@@ -1,5 +1,6 @@
 #include "voice-maker/speech.h"
 
+#include <common/markup.h>
 #include <libintl.h>
 
 #include <algorithm>
@@ -41,29 +42,9 @@ std::string voiceFor(const std::string& language) {
     return language;
 }
 
-std::string escaped(const std::string& text) {
-    std::string result;
-    for (const char c : text) {
-        switch (c) {
-            case '&':
-                result += "&amp;";
-                break;
-            case '<':
-                result += "&lt;";
-                break;
-            case '>':
-                result += "&gt;";
-                break;
-            default:
-                result += c;
-        }
-    }
-    return result;
-}
-
 // Speaks characters by their names. Read as text, most brackets are silent.
 std::string spelled(const std::string& characters) {
-    return "<say-as interpret-as=\"characters\">" + escaped(characters) + "</say-as>";
+    return "<say-as interpret-as=\"characters\">" + escapedMarkup(characters) + "</say-as>";
 }
 
 bool isSingleCharacter(const std::string& text) {
@@ -74,9 +55,9 @@ bool isSingleCharacter(const std::string& text) {
 std::string markup(const std::string& text, const std::string& letter) {
     const std::size_t place = letter.empty() ? std::string::npos : text.find(kPlaceholder);
     if (place != std::string::npos) {
-        return escaped(text.substr(0, place)) + spelled(letter) + escaped(text.substr(place + 2));
+        return escapedMarkup(text.substr(0, place)) + spelled(letter) + escapedMarkup(text.substr(place + 2));
     }
-    return isSingleCharacter(text) ? spelled(text) : escaped(text);
+    return isSingleCharacter(text) ? spelled(text) : escapedMarkup(text);
 }
 
 }  // namespace

@@ -66,6 +66,7 @@ TEST_F(SpeechTest, SingleCharactersAreSpokenByName) {
 TEST_F(SpeechTest, MarkupCharactersAreEscaped) {
     EXPECT_EQ(english("&"), spelled("&amp;"));
     EXPECT_EQ(english("<"), spelled("&lt;"));
+    EXPECT_EQ(english("\""), spelled("&quot;"));
     EXPECT_EQ(english("a > b"), "a &gt; b");
 }
 

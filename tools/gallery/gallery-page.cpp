@@ -1,5 +1,7 @@
 #include "gallery/gallery-page.h"
 
+#include <common/markup.h>
+
 #include <map>
 #include <sstream>
 
@@ -13,26 +15,6 @@ struct Filter {
     const char* legend;
     std::vector<std::pair<std::string, std::string>> choices;
 };
-
-std::string escaped(const std::string& text) {
-    std::string result;
-    for (const char c : text) {
-        switch (c) {
-            case '&':
-                result += "&amp;";
-                break;
-            case '<':
-                result += "&lt;";
-                break;
-            case '"':
-                result += "&quot;";
-                break;
-            default:
-                result += c;
-        }
-    }
-    return result;
-}
 
 std::string styleOf(const LayoutKind& kind) {
     if (kind.focusZoom && kind.highContrast) {
@@ -71,7 +53,7 @@ void writeFilter(const Filter& filter, std::ostream& page) {
     page << "<label>" << filter.legend << " <select data-filter=\"" << filter.name
          << "\"><option value=\"\">All</option>";
     for (const auto& [value, label] : filter.choices) {
-        page << "<option value=\"" << escaped(value) << "\">" << escaped(label) << "</option>";
+        page << "<option value=\"" << escapedMarkup(value) << "\">" << escapedMarkup(label) << "</option>";
     }
     page << "</select></label>\n";
 }
@@ -81,12 +63,13 @@ void writeLayout(const GalleryLayout& layout, const std::vector<std::string>& la
     for (const auto& [name, value] : attributesOf(layout.kind)) {
         page << " data-" << name << "=\"" << value << "\"";
     }
-    page << ">\n<h2>" << escaped(layout.name) << "</h2>\n<div class=\"row\">\n";
+    page << ">\n<h2>" << escapedMarkup(layout.name) << "</h2>\n<div class=\"row\">\n";
     for (const std::string& language : languages) {
-        const std::string picture = escaped(pictureOf(layout, language));
-        page << "<figure data-language=\"" << escaped(language) << "\"><a href=\"" << picture << "\"><img src=\""
-             << picture << "\" loading=\"lazy\" alt=\"" << escaped(layout.name) << " in " << escaped(language)
-             << "\"></a><figcaption>" << escaped(language) << "</figcaption></figure>\n";
+        const std::string picture = escapedMarkup(pictureOf(layout, language));
+        page << "<figure data-language=\"" << escapedMarkup(language) << "\"><a href=\"" << picture << "\"><img src=\""
+             << picture << "\" loading=\"lazy\" alt=\"" << escapedMarkup(layout.name) << " in "
+             << escapedMarkup(language) << "\"></a><figcaption>" << escapedMarkup(language)
+             << "</figcaption></figure>\n";
     }
     page << "</div>\n</section>\n";
 }
