@@ -117,8 +117,8 @@ extern VAULTPAD_API AppResult app_data;
 
 /*
  * Opens the session, or finds the open one.
- * Returns 1 when a session exists afterwards, 0 when the caller lacks the platform privilege
- * (http://tizen.org/privilege/internal/default/platform).
+ * Returns 1 when a session exists afterwards; 0 when the caller lacks the platform privilege
+ * (http://tizen.org/privilege/internal/default/platform), or when there is no memory for a session.
  */
 VAULTPAD_API int vault_pad_session(void);
 
