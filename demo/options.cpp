@@ -48,8 +48,8 @@ void declare(CLI::App& cli, Options& options, std::string& keyList) {
     cli.add_option("--log", options.log, "Where log lines go: stderr, none, or a file (default: none)");
     cli.add_flag(
         "--voice", options.voice,
-        "Voice guide on: on a terminal aplay or paplay plays what is spoken; elsewhere, or without them, a WAV "
-        "file for every focus goes into the folder of --frames");
+        "Voice guide on, in a build tree only (an installed demo refuses it): on a terminal aplay or paplay plays what "
+        "is spoken; elsewhere, or without them, a WAV file for every focus goes into the folder of --frames");
     cli.add_option("--store", options.store, "Folder that the trusted application writes the received images to");
 }
 

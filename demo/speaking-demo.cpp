@@ -26,7 +26,7 @@ void becomeSpeakingDemo(char** argv) {
     const std::string speaking = self.parent_path() / kSpeakingDemo;
     execv(speaking.c_str(), argv);
     throw std::runtime_error(speaking + ": " + std::strerror(errno) +
-                             "; --voice works in a build tree: build the target demo");
+                             "; --voice works in a build tree only, and needs the target demo: start it by ./run");
 }
 
 std::string findPlayer() {
