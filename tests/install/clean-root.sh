@@ -7,7 +7,7 @@ cd "$(dirname "$0")/../.."
 packages=$(realpath "$1")
 cache=$PWD/build/packages/clean-root
 # What a developer has who builds the examples.
-base_packages=ca-certificates,gcc,libc6-dev,libssl-dev,make,openssl,pkgconf
+base_packages=ca-certificates,cmake,gcc,libc6-dev,libssl-dev,make,ninja-build,openssl,pkgconf
 
 if [ "$(id -u)" -ne 0 ] || ! unshare --mount true 2>/dev/null; then
     echo "clean-root.sh: left out: a root directory and mounts of its own need the rights of root" >&2
@@ -49,7 +49,7 @@ unshare --mount --pid --fork --kill-child bash -euo pipefail -c '
         exit 1
     }
     find "$root/var/cache/apt/archives" -name "*.deb" -exec cp -u -t "$cache/archives" {} +
-    for case in demo tools make; do
+    for case in demo tools cmake make; do
         echo "== Using them: $case"
         inside /test/installed.sh "$case" /usr /test/examples "/tmp/$case"
     done

@@ -42,11 +42,51 @@ use_clients() {
     [ "$status" -eq 3 ] || fail "the RSA client ended with $status without a television"
 }
 
+# Skips what the compositor says until a line matches; its parts are in BASH_REMATCH.
+compositor_says() {
+    local line
+    while IFS= read -r -t 20 -u "${compositor[0]}" line; do
+        if [[ $line =~ ^$1$ ]]; then
+            return
+        fi
+    done
+    fail "the compositor did not say: $1"
+}
+
+# An EFL application with a window of its own, which gets the keys from the compositor.
+use_efl_client() {
+    export LD_LIBRARY_PATH=$libraries XDG_RUNTIME_DIR WAYLAND_DISPLAY
+    # The path of a socket is short, which that of the work folder may not be.
+    XDG_RUNTIME_DIR=$(mktemp -d)
+    trap 'rm -rf "$XDG_RUNTIME_DIR"' EXIT
+    coproc compositor { exec "$prefix/bin/vaultpad-compositor"; }
+    local compositor_pid=$! key client
+    compositor_says "ready (.+)"
+    WAYLAND_DISPLAY=${BASH_REMATCH[1]}
+    "$1" 4 > typed &
+    client=$!
+    compositor_says "focus $client"
+    for key in $keys; do
+        echo "tap $key" >&"${compositor[1]}"
+        compositor_says "key $key pressed $client grab"
+    done
+    wait "$client" || fail "the EFL client ended with $?: $(cat typed)"
+    [ "$(cat typed)" = $'open\ntyped 2580\nclosed' ] || fail "the EFL client said: $(cat typed)"
+    compositor_says "ungrab $client .*"
+    kill "$compositor_pid"
+    wait "$compositor_pid" || fail "the compositor ended with $?"
+}
+
 case $case in
     demo)
         "$prefix/bin/vaultpad-demo" --frames frames < /dev/null | tee output
         grep -qx "Decrypted text: 2580" output || fail "the demo did not read 2580"
         [ -s frames/frame-0008.png ] || fail "the demo left no pictures"
+        # The shipped library never speaks, and the library that does is not installed.
+        status=0
+        "$prefix/bin/vaultpad-demo" --voice --frames frames < /dev/null 2> errors || status=$?
+        [ "$status" -eq 1 ] && grep -q -- "--voice works in a build tree only" errors ||
+            fail "--voice ended with $status and said: $(cat errors)"
         # The trusted application of this tree, and no other, was started.
         mv "$prefix/bin/vaultpad-ta" away
         started=yes
@@ -75,6 +115,11 @@ case $case in
         done
         use_clients examples/c-client examples/rsa-client
         ;;
+    efl-client)
+        cmake -S "$examples/efl-client" -B . -G Ninja -D CMAKE_PREFIX_PATH="$prefix"
+        cmake --build .
+        use_efl_client ./efl-client
+        ;;
     app-test-suite)
         cmake -S "$examples/app-test-suite" -B . -G Ninja -D CMAKE_PREFIX_PATH="$prefix"
         cmake --build .
@@ -82,6 +127,6 @@ case $case in
         [ -s evidence/UnlocksWithItsPin/frame-0008.png ] || fail "no evidence was left"
         ;;
     *)
-        fail "$case: use demo, tools, cmake, make or app-test-suite"
+        fail "$case: use demo, tools, cmake, make, efl-client or app-test-suite"
         ;;
 esac
