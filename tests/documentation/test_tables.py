@@ -89,6 +89,17 @@ class DevelopmentHost(unittest.TestCase):
             self.assertEqual(f"`{defaults[member].strip(chr(34))}`", documented[name][1], name)
 
 
+class Packaging(unittest.TestCase):
+    def test_findings_that_are_let_pass_have_a_reason_and_no_other_has(self):
+        filters = tomllib.loads((ROOT / "packaging/rpmlint.toml").read_text())["Filters"]
+        passed = {("rpmlint", text.split()[0]) for text in filters}
+        for path in (ROOT / "packaging/debian").glob("*.lintian-overrides"):
+            passed |= {("lintian", name) for name in re.findall(r"^[^#\s]+: (\S+)", path.read_text(), re.M)}
+        rows = table("docs/packaging.md", "Findings that are let pass", 3)
+        self.assertEqual(passed, {(checker, finding.strip("`")) for finding, checker, _ in rows})
+        self.assertTrue(all(reason.endswith(".") for _, _, reason in rows))
+
+
 class LayoutGuide(unittest.TestCase):
     def test_the_table_has_the_attributes_that_the_schema_allows(self):
         schema = ElementTree.parse(ROOT / "tools/data/layout.rng").getroot()
