@@ -1,0 +1,7 @@
+// Read by the leak sanitizer. Elementary stays up until the process ends, and what Eo keeps for it counts as lost.
+extern "C" const char* __lsan_default_suppressions();
+
+const char* __lsan_default_suppressions()
+{
+    return "leak:libeo.so\n";
+}
