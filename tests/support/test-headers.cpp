@@ -1,5 +1,4 @@
 // Nothing: carries the precompiled headers that the test programs use again.
-int main()
-{
+int main() {
     return 0;
 }
