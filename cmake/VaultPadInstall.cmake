@@ -34,6 +34,8 @@ else()
 endif()
 # Where the build puts layouts, images and translations.
 set(VAULTPAD_RES_STAGE ${VAULTPAD_APP_STAGE}/vaultpad/res)
+# Where they are drawn, before they get the form in which they are staged.
+set(VAULTPAD_RES_DRAWN ${CMAKE_BINARY_DIR}/res/svg)
 
 # What other projects build with: headers, a CMake package and a pkg-config file.
 function(vaultpad_install_development_files)

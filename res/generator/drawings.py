@@ -1,5 +1,7 @@
 """The bitmaps: one SVG text for each face, dot and icon in the size and colour that a layout needs."""
 
+import itertools
+import math
 import re
 from dataclasses import dataclass
 from pathlib import Path
@@ -44,10 +46,21 @@ class Artist:
     def ink(self, plate):
         return self._plates[plate]["ink"]
 
-    def plate(self, plate, width, height):
+    def shows_only_fill(self, plate, size, place):
+        """Whether neither the border nor a rounded corner of a plate of that size reaches into a place on it."""
+        look = self._plates[plate]
+        for x, y in itertools.product((place.x, place.x + place.width), (place.y, place.y + place.height)):
+            across, down = (max(look["radius"] - min(at, extent - at), 0) for at, extent in zip((x, y), size))
+            if math.hypot(across, down) > look["radius"] - look["line"]:
+                return False
+        return True
+
+    def plate(self, plate, width, height, behind=None):
+        """A plate; behind is the plate whose fill shows round it, so that nothing needs to shine through."""
         look = self._plates[plate]
         inset, line, lip, radius = (look[key] for key in ("inset", "line", "lip", "radius"))
         values = {
+            "backdrop": f"#{self._plates[behind]['fill']}" if behind else "none",
             "fill": look["fill"],
             "border": look["border"],
             "inset": inset,
@@ -59,7 +72,7 @@ class Artist:
             "inner_height": height - 2 * (inset + line) - lip,
             "inner_radius": radius - line,
         }
-        return self._drawing(plate, "plate", width, height, values)
+        return self._drawing(f"{plate}-on-{behind}" if behind else plate, "plate", width, height, values)
 
     def dot(self, side):
         return self._drawing("dot", "dot", side, side, {"ink": self.ink("field")})

@@ -116,8 +116,10 @@ class LayoutMaker:
         key = placed.key
         look = self._keys.get(key.name)
         face = look.get("face", "key") if look else "key"
+        # There are hundreds of these images, and one without transparency costs half as much.
+        behind = "panel" if self._artist.shows_only_fill("panel", self._area["size"], placed.place) else None
         for state, plate in (("normal", face), ("focus", "focus")):
-            drawing = self._artist.plate(plate, placed.place.width, placed.place.height)
+            drawing = self._artist.plate(plate, placed.place.width, placed.place.height, behind)
             self._add(f"{key.id}.{state}", placed.place, drawing, self._content(key.name, look, plate))
 
     def _content(self, name, look, plate):

@@ -26,7 +26,7 @@ def _image_of(item):
     """Id and attributes of the image that an object shows; one without a drawing only takes up its place."""
     if item.drawing is None:
         return f"place.{item.id}", {"width": item.place.width, "height": item.place.height}
-    return item.drawing.name, {"type": "file", "url": f"{item.drawing.name}.png"}
+    return item.drawing.name, {"type": "file", "url": f"{item.drawing.name}.tga"}
 
 
 def _nested(content):
@@ -56,7 +56,7 @@ def layout_xml(layout, image_directory):
         if isinstance(content, Text):
             strings[content.string] = {"value": content.value} | ({"i18n": "true"} if content.translated else {})
         elif content is not None:
-            images[content.name] = {"type": "file", "url": f"{content.name}.png"}
+            images[content.name] = {"type": "file", "url": f"{content.name}.tga"}
     fonts = [tag("font", {"id": name, "family": family, "size": size, "color": ink}, 2)
              for name, (family, size, ink) in sorted(layout.fonts.items())]
     return "".join((

@@ -42,12 +42,13 @@ def area_size(file):
     return (1538, 580) if zoomed else (1284, 490)
 
 
-def png_size(path):
+def tga_header(path):
+    """Width, height and bits per pixel of a run-length encoded Targa file."""
     with open(path, "rb") as file:
-        header = file.read(24)
-    if header[:8] != b"\x89PNG\r\n\x1a\n":
-        raise ValueError(f"{path}: not a PNG file")
-    return struct.unpack(">II", header[16:24])
+        kind, width, height, bits = struct.unpack("<2xB9xHHBx", file.read(18))
+    if kind != 10:
+        raise ValueError(f"{path}: not a run-length encoded Targa file")
+    return width, height, bits
 
 
 @dataclass(frozen=True)
@@ -87,8 +88,12 @@ class LayoutFile:
     def image_size(self, image_id):
         image = self.images[image_id]
         if image.get("type") == "file":
-            return png_size(self.directory / image.get("url"))
+            return tga_header(self.directory / image.get("url"))[:2]
         return int(image.get("width")), int(image.get("height"))
+
+    def hides_what_it_covers(self, item):
+        image = self.images[item.get("ref")]
+        return image.get("type") == "file" and tga_header(self.directory / image.get("url"))[2] == 24
 
     def box(self, item):
         return Box(int(item.get("x")), int(item.get("y")), *self.image_size(item.get("ref")))

@@ -3,15 +3,20 @@
 import ctypes
 import functools
 import itertools
+import math
 import string
 import subprocess
+import tomllib
 import unittest
 
-from layoutfiles import LAYOUT_FILES, OBJECT_ID, STAGE, Box, LayoutFile, area_size, protocol_limit
+from layoutfiles import LAYOUT_FILES, OBJECT_ID, SOURCES, STAGE, Box, LayoutFile, area_size, protocol_limit
 
 LAYOUTS = [LayoutFile(file) for file in LAYOUT_FILES]
 KEYBOARDS = [layout for layout in LAYOUTS if "keyboard" in layout.file]
 PINPADS = [layout for layout in LAYOUTS if "pinpad" in layout.file]
+
+STYLES = tomllib.loads((SOURCES / "res/generator/styles.toml").read_text(encoding="utf-8"))
+PANELS = {name: style["plate"]["panel"] for name, style in STYLES.items() if "plate" in style}
 
 XKB_KEYSYM_NO_FLAGS = 0
 CONTROL_KEYS = {"Return", "Cancel", "BackSpace", "Clear"}
@@ -120,6 +125,20 @@ class EveryLayout(unittest.TestCase):
         self.assertEqual(area, layout.box(layout.named("background")))
         for item in layout.objects:
             self.assertTrue(area.contains(layout.box(item)), item.get("id"))
+
+    @for_each(LAYOUTS)
+    def test_plates_that_hide_the_panel_lie_where_it_is_of_one_colour(self, layout):
+        panel = layout.named("background")
+        width, height = layout.image_size(panel.get("ref"))
+        look = PANELS[panel.get("ref").split("-")[0]]
+        for item in layout.objects:
+            if layout.hides_what_it_covers(item):
+                box = layout.box(item)
+                for x, y in itertools.product((box.x, box.x + box.width), (box.y, box.y + box.height)):
+                    # From the centre of the panel's nearest rounded corner, or from the edges of its border.
+                    across, down = (max(look["radius"] - min(place, size - place), 0)
+                                    for place, size in ((x, width), (y, height)))
+                    self.assertLessEqual(math.hypot(across, down), look["radius"] - look["line"], item.get("id"))
 
     @for_each(LAYOUTS)
     def test_keys_field_and_labels_of_a_page_do_not_overlap(self, layout):

@@ -6,7 +6,7 @@ import tempfile
 import unittest
 from pathlib import Path
 
-from layoutfiles import LAYOUT_FILES, SOURCES, STAGE, VOICE_FILES, LayoutFile, png_size
+from layoutfiles import LAYOUT_FILES, SOURCES, STAGE, VOICE_FILES, LayoutFile, tga_header
 
 
 class Images(unittest.TestCase):
@@ -18,8 +18,13 @@ class Images(unittest.TestCase):
                     used.add(image.get("url"))
         self.assertEqual(used, {path.name for path in (STAGE / "images").iterdir()})
         for name in used:
-            width, height = re.search(r"-([0-9]+)x([0-9]+)\.png\Z", name).groups()
-            self.assertEqual((int(width), int(height)), png_size(STAGE / "images" / name), name)
+            width, height = re.search(r"-([0-9]+)x([0-9]+)\.tga\Z", name).groups()
+            self.assertEqual((int(width), int(height)), tga_header(STAGE / "images" / name)[:2], name)
+
+    def test_have_no_alpha_channel_where_they_bring_the_panel_along(self):
+        for path in (STAGE / "images").iterdir():
+            plate = re.fullmatch(r"[a-z]+-(key|action|primary|focus)-on-panel-[0-9]+x[0-9]+\.tga", path.name)
+            self.assertEqual(24 if plate else 32, tga_header(path)[2], path)
 
 
 class Layouts(unittest.TestCase):

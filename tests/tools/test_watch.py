@@ -68,7 +68,7 @@ class Watch(ToolTest):
     def test_draws_again_when_an_image_changes(self):
         self.next_drawing()
         first = self.picture.read_bytes()
-        os.replace(self.images / "standard-focus-135x69.png", self.images / "standard-key-135x69.png")
+        os.replace(self.images / "standard-focus-on-panel-135x69.tga", self.images / "standard-key-on-panel-135x69.tga")
         lines = self.next_drawing()
         self.assertIn(": image: ", lines[0])
         self.assertNotEqual(first, self.picture.read_bytes())
