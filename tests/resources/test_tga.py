@@ -32,11 +32,11 @@ def filtered(kind, row, above, channels):
     left = bytes(channels) + row[:-channels]
     corner = bytes(channels) + above[:-channels]
 
-    def paeth(a, b, c):
+    def estimated(a, b, c):
         _, _, value = min((abs(b - c), 0, a), (abs(a - c), 1, b), (abs(a + b - 2 * c), 2, c))
         return value
     guess = {0: lambda a, b, c: 0, 1: lambda a, b, c: a, 2: lambda a, b, c: b, 3: lambda a, b, c: (a + b) >> 1,
-             4: paeth}[kind]
+             4: estimated}[kind]
     return bytes([kind]) + bytes(v - guess(*near) & 255 for v, *near in zip(row, left, above, corner))
 
 
