@@ -6,6 +6,7 @@
 #include "context/application-context-parser.h"
 #include "context/element-container.h"
 #include "graphic/object-renderer.h"
+#include "television.h"
 #include "toolkit-session.h"
 
 namespace {
@@ -107,6 +108,7 @@ void registerGrowth(const char* name, const std::vector<double>& sizes, Containe
 }
 
 bool registerAll() {
+    bench::useTelevision();
     registerGrowth("objects", {100, 200, 400}, [](int size) { return layoutOf(size, "Wq8"); });
     registerGrowth("characters of a text", {25, 50, 100},
                    [](int size) { return layoutOf(20, std::string(static_cast<std::size_t>(size), 'i')); });
