@@ -5,6 +5,7 @@
 #include <unistd.h>
 #include <vaultpad/ta-protocol.h>
 
+#include <algorithm>
 #include <cstdint>
 #include <cstdlib>
 
@@ -33,6 +34,25 @@ void prepareToFill(void* pixels, std::size_t bytes) {
         madvise(whole, end - begin, MADV_POPULATE_WRITE);
     }
 }
+
+// The keys of a layout share few images, and Evas loads an image again for each object that shows it unless it keeps
+// some: as many as the toolkit keeps for applications that do not say. Its images may be shared with canvases of the
+// client's, so its size is put back.
+constexpr int kImageCacheBytes = 4 << 20;
+
+class ImageCache {
+public:
+    explicit ImageCache(Evas* evas) : evas_(evas), before_(evas_image_cache_get(evas)) {
+        evas_image_cache_set(evas_, std::max(before_, kImageCacheBytes));
+    }
+    ~ImageCache() { evas_image_cache_set(evas_, before_); }
+    ImageCache(const ImageCache&) = delete;
+    ImageCache& operator=(const ImageCache&) = delete;
+
+private:
+    Evas* evas_;
+    int before_;
+};
 
 }  // namespace
 
@@ -114,6 +134,7 @@ bool ObjectRenderer::render(ContainerPointer container, std::function<void(Canva
     CA_LOG_INFO("number of objects : %zu", container->objects()->size());
     ecore_thread_main_loop_begin();
     try {
+        const ImageCache images(evas_);
         const auto objects = container->objects();
         Canvas canvas(static_cast<unsigned int*>(engineInfo_->info.dest_buffer), width_, height_);
         const ObjectPointer root(new Object);
