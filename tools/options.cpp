@@ -3,6 +3,7 @@
 #include <vaultpad/ta-protocol.h>
 
 #include <CLI/CLI.hpp>
+#include <charconv>
 #include <cstdlib>
 #include <memory>
 
@@ -100,10 +101,15 @@ void addGallery(CLI::App& tool, Options& options) {
 }
 
 secureworld::Size sizeFrom(const std::string& text) {
+    constexpr int kLongestSide = 99999;
     int width = 0;
     int height = 0;
-    char rest = 0;
-    if (std::sscanf(text.c_str(), "%5dx%5d%c", &width, &height, &rest) != 2 || width < 1 || height < 1) {
+    const char* const end = text.data() + text.size();
+    const char* next = std::from_chars(text.data(), end, width).ptr;
+    if (next != end && *next == 'x') {
+        next = std::from_chars(next + 1, end, height).ptr;
+    }
+    if (next != end || width < 1 || height < 1 || width > kLongestSide || height > kLongestSide) {
         throw CLI::ValidationError("--area", "'" + text + "' is no size; write WIDTHxHEIGHT, for instance 443x486");
     }
     return {width, height};
