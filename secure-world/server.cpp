@@ -73,10 +73,16 @@ Server::Server(Channel* channel, Log* log, const Options& options, FileDescripto
 int Server::run() {
     bool gone = false;
     const FileDescriptor client = watchProcess(channel_->clientProcess(), &gone);
-    Message message;
-    while (!gone && waitForRequest(client) && channel_->receive(&message) && serve(message)) {
+    while (!gone && waitForRequest(client) && serveNext()) {
     }
     return failed_ ? 1 : 0;
+}
+
+// A request's blocks are let go as soon as it is answered: giving megabytes back to the system takes time, in which the
+// client prepares the next request.
+bool Server::serveNext() {
+    Message message;
+    return channel_->receive(&message) && serve(message);
 }
 
 bool Server::waitForRequest(const FileDescriptor& client) {

@@ -25,6 +25,7 @@ public:
 
 private:
     bool waitForRequest(const FileDescriptor& client);
+    bool serveNext();
     bool serve(const Message& message);
     bool open(const VaultPadChannelRequest& request);
     void invoke(const Message& message);

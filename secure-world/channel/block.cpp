@@ -16,21 +16,24 @@ namespace vaultpad::secureworld {
 namespace {
 
 // From this size on a copy's memory is made at once, in huge pages where the system has them: a batch of images has
-// over a thousand pages, and each would cost a fault.
-constexpr std::size_t kLargeCopy = std::size_t{256} * 1024;
+// over a thousand pages, and each would cost a fault. Whole huge pages are asked for, or the last part would be made of
+// small ones.
+constexpr std::size_t kLargeCopy = std::size_t{1024} * 1024;
+constexpr std::size_t kHugePage = std::size_t{2} * 1024 * 1024;
 
 std::shared_ptr<std::uint8_t[]> allocate(std::size_t size) {
     if (size < kLargeCopy) {
         return std::shared_ptr<std::uint8_t[]>(new std::uint8_t[size]);
     }
-    void* memory = mmap(nullptr, size, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
+    const std::size_t whole = (size + kHugePage - 1) / kHugePage * kHugePage;
+    void* memory = mmap(nullptr, whole, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
     if (memory == MAP_FAILED) {
         throw std::bad_alloc();
     }
     // Advice may be refused, and changes nothing but the time.
-    madvise(memory, size, MADV_HUGEPAGE);
-    madvise(memory, size, MADV_POPULATE_WRITE);
-    return {static_cast<std::uint8_t*>(memory), [size](std::uint8_t* bytes) { munmap(bytes, size); }};
+    madvise(memory, whole, MADV_HUGEPAGE);
+    madvise(memory, whole, MADV_POPULATE_WRITE);
+    return {static_cast<std::uint8_t*>(memory), [whole](std::uint8_t* bytes) { munmap(bytes, whole); }};
 }
 
 }  // namespace

@@ -26,13 +26,11 @@ void* keepBuffer(void*, void* pixels) {
 // or made at once, they cost a fraction. Advice may be refused, and changes nothing but the time.
 void prepareToFill(void* pixels, std::size_t bytes) {
     const auto page = static_cast<std::uintptr_t>(sysconf(_SC_PAGESIZE));
-    const auto begin = (reinterpret_cast<std::uintptr_t>(pixels) + page - 1) / page * page;
-    const auto end = (reinterpret_cast<std::uintptr_t>(pixels) + bytes) / page * page;
-    if (begin < end) {
-        void* const whole = reinterpret_cast<void*>(begin);
-        madvise(whole, end - begin, MADV_HUGEPAGE);
-        madvise(whole, end - begin, MADV_POPULATE_WRITE);
-    }
+    const auto begin = reinterpret_cast<std::uintptr_t>(pixels) / page * page;
+    const auto end = (reinterpret_cast<std::uintptr_t>(pixels) + bytes + page - 1) / page * page;
+    void* const whole = reinterpret_cast<void*>(begin);
+    madvise(whole, end - begin, MADV_HUGEPAGE);
+    madvise(whole, end - begin, MADV_POPULATE_WRITE);
 }
 
 // The keys of a layout share few images, and Evas loads an image again for each object that shows it unless it keeps
