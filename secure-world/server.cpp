@@ -13,6 +13,7 @@
 #include "channel/block.h"
 #include "display/display-loader.h"
 #include "hygiene.h"
+#include "session/public-key.h"
 #include "session/refusal.h"
 #include "vaultpad/ta-protocol.h"
 
@@ -124,7 +125,12 @@ bool Server::serve(const Message& message) {
         log_->line((event ? "event " + std::to_string(message.request.event) + " refused: " : "refused: ") +
                    error.what());
     }
-    return channel_->reply(kind, accepted) && !failed_;
+    const bool replied = channel_->reply(kind, accepted);
+    if (kind == VAULTPAD_CHANNEL_OPEN && accepted) {
+        // Now, as the client is going to draw the pad and needs nothing from here meanwhile.
+        loadCryptography();
+    }
+    return replied && !failed_;
 }
 
 bool Server::open(const VaultPadChannelRequest& request) {

@@ -2,6 +2,7 @@
 
 #include <openssl/bn.h>
 #include <openssl/core_names.h>
+#include <openssl/crypto.h>
 #include <openssl/param_build.h>
 #include <openssl/rsa.h>
 
@@ -22,6 +23,9 @@ struct Deleter {
     void operator()(OSSL_PARAM_BLD* builder) const { OSSL_PARAM_BLD_free(builder); }
     void operator()(OSSL_PARAM* parameters) const { OSSL_PARAM_free(parameters); }
     void operator()(EVP_PKEY_CTX* context) const { EVP_PKEY_CTX_free(context); }
+    void operator()(EVP_ASYM_CIPHER* cipher) const { EVP_ASYM_CIPHER_free(cipher); }
+    void operator()(EVP_CIPHER* cipher) const { EVP_CIPHER_free(cipher); }
+    void operator()(EVP_KEYMGMT* management) const { EVP_KEYMGMT_free(management); }
 };
 
 template <typename Type>
@@ -69,6 +73,14 @@ EVP_PKEY* makeKey(const RequestBytes& modulus, const RequestBytes& exponent) {
 }
 
 }  // namespace
+
+void loadCryptography() {
+    OPENSSL_init_crypto(OPENSSL_INIT_NO_LOAD_CONFIG, nullptr);
+    // The library remembers what was fetched. What fails here fails again, with its reason, when it is needed.
+    const Owned<EVP_KEYMGMT> management(EVP_KEYMGMT_fetch(nullptr, "RSA", nullptr));
+    const Owned<EVP_ASYM_CIPHER> keyCipher(EVP_ASYM_CIPHER_fetch(nullptr, "RSA", nullptr));
+    const Owned<EVP_CIPHER> textCipher(EVP_CIPHER_fetch(nullptr, "AES-256-CBC", nullptr));
+}
 
 PublicKey::PublicKey(const RequestBytes& modulus, const RequestBytes& exponent, const RequestBytes& prefix) {
     check(modulus, exponent);

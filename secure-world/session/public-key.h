@@ -13,6 +13,10 @@
 
 namespace vaultpad::secureworld {
 
+// Loads what the answer's encryption needs, which otherwise the first key waits for. No configuration file of the
+// cryptographic library is read, now or later: a client could name its own in this process's environment.
+void loadCryptography();
+
 class PublicKey {
 public:
     static constexpr std::size_t kExponentSizeMax = 8;

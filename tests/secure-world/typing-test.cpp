@@ -2,11 +2,13 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <fstream>
 #include <string>
 
 #include "rsa-client.h"
 #include "sample-pads.h"
 #include "ta-client.h"
+#include "temporary-folder.h"
 #include "vaultpad/ta-protocol.h"
 
 namespace vaultpad::secureworld {
@@ -33,6 +35,22 @@ TEST_P(Typing, IsAnsweredWithTheTextUnderTheClientsKey) {
     EXPECT_EQ(GetParam() / 8, done.encryptedKey.size());
     EXPECT_EQ(16u, done.encryptedData.size());
     EXPECT_EQ(plaintextOf("2580", prefix), rsa.decrypt(done));
+}
+
+TEST(CryptographyUnderAClientsEnvironment, ReadsNoConfigurationThatTheClientNames) {
+    const TemporaryFolder folder;
+    const std::string configuration = folder / "openssl.cnf";
+    // Leaves nothing to encrypt with, where it is read.
+    std::ofstream(configuration) << "openssl_conf = setup\n[setup]\nproviders = all\n[all]\nnull = only\n"
+                                    "[only]\nactivate = 1\n";
+    TaClient::Setup setup;
+    setup.environment = {"OPENSSL_CONF=" + configuration};
+    TaClient client(setup);
+    const RsaClient rsa(1024);
+    ASSERT_NO_FATAL_FAILURE(showPad(&client));
+    ASSERT_EQ(0, client.invoke(VAULTPAD_TA_EVENT_PUBLIC_KEY, rsa.publicKeyRequest())) << client.log();
+    press(&client, kType2580);
+    EXPECT_EQ(plaintextOf("2580"), rsa.decrypt(press(&client, kFinish)));
 }
 
 INSTANTIATE_TEST_SUITE_P(KeySizes, Typing, testing::Values(1024u, 2048u), testing::PrintToStringParamName());
