@@ -23,6 +23,10 @@ namespace {
 
 constexpr std::size_t kUuidSize = 16;
 
+// A block's memory goes back to the system with whoever lets go of it last, which takes a millisecond for a batch of
+// images. That is to be this process, while the client does something else.
+constexpr int kClientGoesOnMilliseconds = 1;
+
 std::array<std::uint8_t, kUuidSize> ownUuid() {
     constexpr std::uint32_t low = VAULTPAD_TA_UUID_TIME_LOW;
     constexpr std::uint32_t mid = VAULTPAD_TA_UUID_TIME_MID;
@@ -79,11 +83,11 @@ int Server::run() {
     return failed_ ? 1 : 0;
 }
 
-// A request's blocks are let go as soon as it is answered: giving megabytes back to the system takes time, in which the
-// client prepares the next request.
 bool Server::serveNext() {
     Message message;
-    return channel_->receive(&message) && serve(message);
+    const bool goesOn = channel_->receive(&message) && serve(message);
+    answered_ = std::move(message);
+    return goesOn;
 }
 
 bool Server::waitForRequest(const FileDescriptor& client) {
@@ -91,7 +95,9 @@ bool Server::waitForRequest(const FileDescriptor& client) {
     pollfd watched[] = {
         {endRequested_.get(), POLLIN, 0}, {client.get(), POLLIN, 0}, {channel_->descriptor(), POLLIN, 0}};
     for (;;) {
-        const int ready = poll(watched, std::size(watched), screen_ ? screen_->idleInterval() : -1);
+        const bool holdsBlocks = !answered_.descriptors.empty();
+        const int idle = screen_ ? screen_->idleInterval() : -1;
+        const int ready = poll(watched, std::size(watched), holdsBlocks ? kClientGoesOnMilliseconds : idle);
         if (ready < 0 && errno != EINTR) {
             log_->line(std::string("cannot wait for the client: ") + std::strerror(errno));
             return false;
@@ -99,7 +105,9 @@ bool Server::waitForRequest(const FileDescriptor& client) {
         if (ready > 0) {
             return watched[0].revents == 0 && watched[1].revents == 0;
         }
-        if (ready == 0) {
+        if (ready == 0 && holdsBlocks) {
+            answered_ = Message();
+        } else if (ready == 0) {
             screen_->idle();
         }
     }

@@ -37,6 +37,7 @@ private:
     std::unique_ptr<Screen> screen_;
     std::unique_ptr<VoiceOutput> voice_;
     std::unique_ptr<Session> session_;
+    Message answered_;
     bool failed_ = false;
 };
 

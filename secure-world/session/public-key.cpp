@@ -6,6 +6,7 @@
 #include <openssl/param_build.h>
 #include <openssl/rsa.h>
 
+#include <algorithm>
 #include <stdexcept>
 
 #include "session/refusal.h"
@@ -25,7 +26,6 @@ struct Deleter {
     void operator()(EVP_PKEY_CTX* context) const { EVP_PKEY_CTX_free(context); }
     void operator()(EVP_ASYM_CIPHER* cipher) const { EVP_ASYM_CIPHER_free(cipher); }
     void operator()(EVP_CIPHER* cipher) const { EVP_CIPHER_free(cipher); }
-    void operator()(EVP_KEYMGMT* management) const { EVP_KEYMGMT_free(management); }
 };
 
 template <typename Type>
@@ -72,12 +72,18 @@ EVP_PKEY* makeKey(const RequestBytes& modulus, const RequestBytes& exponent) {
     return key;
 }
 
+RequestBytes oddNumber(std::size_t size) {
+    const std::shared_ptr<std::uint8_t[]> bytes(new std::uint8_t[size]);
+    std::fill_n(bytes.get(), size, std::uint8_t{0xff});
+    return {bytes, size};
+}
+
 }  // namespace
 
 void loadCryptography() {
     OPENSSL_init_crypto(OPENSSL_INIT_NO_LOAD_CONFIG, nullptr);
-    // The library remembers what was fetched. What fails here fails again, with its reason, when it is needed.
-    const Owned<EVP_KEYMGMT> management(EVP_KEYMGMT_fetch(nullptr, "RSA", nullptr));
+    // The library remembers what was loaded. What fails here fails again, with its reason, when it is needed.
+    EVP_PKEY_free(makeKey(oddNumber(kModulusSize1024), oddNumber(1)));
     const Owned<EVP_ASYM_CIPHER> keyCipher(EVP_ASYM_CIPHER_fetch(nullptr, "RSA", nullptr));
     const Owned<EVP_CIPHER> textCipher(EVP_CIPHER_fetch(nullptr, "AES-256-CBC", nullptr));
 }
