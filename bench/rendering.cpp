@@ -82,13 +82,11 @@ void registerLayout(const Look& look) {
     bench::registerOnce(("cold/" + bench::nameOf(look)).c_str(), [look](benchmark::State& state) {
         const std::vector<double> changes = bench::bestInChildren([&] { return renderCold(look, false); }, 5);
         const std::vector<double> everything = bench::bestInChildren([&] { return renderCold(look, true); }, 5);
-        reportRatio(state, changes[0], everything[0], 0);
+        // The goal: 18 ms where an engine that redraws everything takes 70.
+        constexpr double kKeyboardAtLeast = 70.0 / 18;
+        const bool keyboard = bench::nameOf(look) == bench::nameOf({kKeyboard});
+        reportRatio(state, changes[0], everything[0], keyboard ? kKeyboardAtLeast : 0);
         state.counters["images"] = changes[1];
-        if (bench::nameOf(look) == bench::nameOf({kKeyboard})) {
-            constexpr double kKeyboardAtMost = 18;
-            state.counters["computing_ms"] = changes[0];
-            state.counters["computing_ms_at_most"] = kKeyboardAtMost;
-        }
     });
 }
 

@@ -23,7 +23,7 @@ using namespace vaultpad::bench;
 constexpr int kPinpad = 1;
 constexpr int kKeyboard = 2;
 
-// The toolkit that an application has up before it asks for a pad.
+// The least that an application has done before it asks for a pad.
 void startToolkit() {
     ecore_app_no_system_modules();
     if (ecore_evas_init() == 0) {
@@ -31,7 +31,7 @@ void startToolkit() {
     }
 }
 
-// What such an application has done besides: its window has words in it.
+// What it has done as a rule: there is a window, with words in it.
 void drawApplication() {
     constexpr int kWidth = 1920;
     constexpr int kHeight = 1080;
@@ -112,25 +112,32 @@ double total(const std::vector<double>& stages) {
     return std::accumulate(stages.begin(), stages.end(), 0.0);
 }
 
-void besideWvkbd(benchmark::State& state) {
-    const double pinpad = total(bestInChildren([] { return runProgram("pinpad"); }));
-    const double keyboard = total(bestInChildren([] { return runProgram("keyboard"); }));
-    const std::optional<double> wvkbd = runWvkbd();
-    state.SetIterationTime(wvkbd.value_or(0) / 1000);
-    state.SetLabel(wvkbd ? "wvkbd under headless sway; ratios are its time to the demo's" : "wvkbd is not installed");
-    if (wvkbd) {
-        state.counters["ratio to pinpad"] = *wvkbd / pinpad;
-        state.counters["ratio to keyboard"] = *wvkbd / keyboard;
+// Machines differ and waver, so waits are gated beside a yardstick in the same run: wvkbd, from its start to its first
+// picture, which took 24 ms where the goals in milliseconds were set.
+constexpr double kWvkbdWithGoals = 24;
+
+std::optional<double> wvkbd() {
+    static const std::optional<double> milliseconds = runWvkbd();
+    return milliseconds;
+}
+
+// What a viewer waits for, in milliseconds, and the goal; 0: none.
+void reportWait(benchmark::State& state, double milliseconds, double goal) {
+    state.SetIterationTime(milliseconds / 1000);
+    state.counters["wait_ms"] = milliseconds;
+    if (wvkbd()) {
+        state.counters["of_wvkbd"] = milliseconds / *wvkbd();
+    }
+    if (goal > 0 && wvkbd()) {
+        state.counters["of_wvkbd_at_most"] = goal / kWvkbdWithGoals;
+    } else if (goal > 0) {
+        state.counters["wait_ms_at_most"] = goal;
     }
 }
 
-// What a viewer waits for, in milliseconds.
-void reportWait(benchmark::State& state, double milliseconds, double atMost) {
-    state.SetIterationTime(milliseconds / 1000);
-    state.counters["wait_ms"] = milliseconds;
-    if (atMost > 0) {
-        state.counters["wait_ms_at_most"] = atMost;
-    }
+void reportWvkbd(benchmark::State& state) {
+    state.SetIterationTime(wvkbd().value_or(0) / 1000);
+    state.SetLabel(wvkbd() ? "wvkbd under headless sway, until its first picture" : "wvkbd is not installed");
 }
 
 double reportStages(benchmark::State& state, const std::vector<double>& stages) {
@@ -140,30 +147,32 @@ double reportStages(benchmark::State& state, const std::vector<double>& stages) 
     return total(stages);
 }
 
-struct Gates {
+struct Goals {
     double create;  /* milliseconds; 0: none */
     double program; /* the same */
 };
 
-void registerPad(int type, const char* name, const Gates& gates) {
-    const auto registerCreate = [&](const char* family, void (*start)(), const char* label) {
-        registerOnce((std::string(family) + name).c_str(), [=](benchmark::State& state) {
-            const std::vector<double> best = bestInChildren([=] { return create(type, start); });
-            reportWait(state, best[0], gates.create);
-            state.SetLabel(label);
-            state.counters["peak_MB"] = best[1] / 1024;
-        });
-    };
-    registerCreate("create/", startToolkit, "toolkit up, nothing drawn yet, until CsapiVPADcreate returns");
-    registerCreate("application/", drawApplication, "the application has drawn words, until CsapiVPADcreate returns");
-    registerOnce((std::string("stages/application/") + name).c_str(), [type](benchmark::State& state) {
+void registerCreate(const std::string& name, int type, void (*startApplication)(), double goal, const char* label) {
+    registerOnce(name.c_str(), [=](benchmark::State& state) {
+        const std::vector<double> best = bestInChildren([=] { return create(type, startApplication); });
+        reportWait(state, best[0], goal);
+        state.SetLabel(label);
+        state.counters["peak_MB"] = best[1] / 1024;
+    });
+}
+
+void registerPad(int type, const char* name, const Goals& goals) {
+    const std::string pad = std::string("/") + name;
+    registerCreate("first words" + pad, type, startToolkit, 0, "toolkit up, but no word drawn yet, until created");
+    registerCreate("application" + pad, type, drawApplication, goals.create, "application has drawn, until created");
+    registerOnce(("stages/application" + pad).c_str(), [type](benchmark::State& state) {
         const double shown = reportStages(state, bestInChildren([type] { return createInStages(type); }));
         state.SetIterationTime(shown / 1000);
-        state.SetLabel("the application has drawn words, until shown; milliseconds");
+        state.SetLabel("application has drawn, until shown; milliseconds");
     });
-    registerOnce((std::string("stages/program/") + name).c_str(), [name, gates](benchmark::State& state) {
+    registerOnce(("stages/program" + pad).c_str(), [name, goals](benchmark::State& state) {
         const double shown = reportStages(state, bestInChildren([name] { return runProgram(name); }));
-        reportWait(state, shown, gates.program);
+        reportWait(state, shown, goals.program);
         state.SetLabel("the demo from its start, until shown; milliseconds");
     });
 }
@@ -172,7 +181,7 @@ bool registerAll() {
     useTelevision();
     registerPad(kPinpad, "pinpad", {15, 45});
     registerPad(kKeyboard, "keyboard", {30, 0});
-    registerOnce("program/wvkbd", besideWvkbd);
+    registerOnce("program/wvkbd", reportWvkbd);
     return true;
 }
 
