@@ -1,16 +1,14 @@
 #include "graphic/object-renderer.h"
 
 #include <Ecore.h>
-#include <sys/mman.h>
-#include <unistd.h>
 #include <vaultpad/ta-protocol.h>
 
 #include <algorithm>
-#include <cstdint>
 #include <cstdlib>
 
 #include "exception.h"
 #include "log.h"
+#include "page-advice.h"
 
 namespace vaultpad::graphic {
 
@@ -20,17 +18,6 @@ namespace {
 // always: what earlier passes drew is still there, and only changed regions are drawn.
 void* keepBuffer(void*, void* pixels) {
     return pixels;
-}
-
-// The first pass fills the whole buffer, which would cost a fault for each of some two thousand pages. In huge pages,
-// or made at once, they cost a fraction. Advice may be refused, and changes nothing but the time.
-void prepareToFill(void* pixels, std::size_t bytes) {
-    const auto page = static_cast<std::uintptr_t>(sysconf(_SC_PAGESIZE));
-    const auto begin = reinterpret_cast<std::uintptr_t>(pixels) / page * page;
-    const auto end = (reinterpret_cast<std::uintptr_t>(pixels) + bytes + page - 1) / page * page;
-    void* const whole = reinterpret_cast<void*>(begin);
-    madvise(whole, end - begin, MADV_HUGEPAGE);
-    madvise(whole, end - begin, MADV_POPULATE_WRITE);
 }
 
 // The keys of a layout share few images, and Evas loads an image again for each object that shows it unless it keeps
@@ -103,11 +90,15 @@ void ObjectRenderer::lazyInit() {
         abandonInit("ERROR: could not get evas engine info!");
     }
     const std::size_t rowBytes = static_cast<std::size_t>(width_) * sizeof(unsigned int);
-    void* pixels = std::malloc(rowBytes * static_cast<std::size_t>(height_));
+    const std::size_t bytes = rowBytes * static_cast<std::size_t>(height_);
+    void* pixels = std::malloc(bytes);
     if (pixels == nullptr) {
         abandonInit("ERROR: could not allocate canvas_ pixels!");
     }
-    prepareToFill(pixels, rowBytes * static_cast<std::size_t>(height_));
+    // The engine fills the whole buffer before it draws anything.
+    if (makePages(pixels, bytes)) {
+        growHeapInHugePages(bytes);
+    }
     engineInfo_->info.depth_type = EVAS_ENGINE_BUFFER_DEPTH_ARGB32;
     engineInfo_->info.dest_buffer = pixels;
     engineInfo_->info.dest_buffer_row_bytes = static_cast<int>(rowBytes);
