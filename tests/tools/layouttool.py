@@ -6,6 +6,8 @@ import tempfile
 import unittest
 from pathlib import Path
 
+from PIL import Image, ImageChops
+
 TOOL = Path(os.environ["VAULTPAD_LAYOUT"])
 DEMO = Path(os.environ["VAULTPAD_DEMO"])
 STAGE = Path(os.environ["VAULTPAD_RES_STAGE"])
@@ -15,6 +17,12 @@ TIMEOUT = 120
 
 def run(*arguments, **options):
     return subprocess.run([TOOL, *arguments], capture_output=True, text=True, timeout=TIMEOUT, check=False, **options)
+
+
+def opened(path):
+    with Image.open(path) as image:
+        image.load()
+    return image
 
 
 def staged(name):
@@ -38,6 +46,11 @@ class ToolTest(unittest.TestCase):
         result = run("render", layout, "-o", picture, *options)
         self.assertEqual((0, "", ""), (result.returncode, result.stdout, result.stderr))
         return picture
+
+    def assert_same_picture(self, expected, drawn):
+        self.assertEqual(("RGB", expected.size), (expected.mode, drawn.size))
+        self.assertEqual("RGB", drawn.mode)
+        self.assertIsNone(ImageChops.difference(expected, drawn).getbbox(), "there the pictures differ")
 
     def assert_wrong_use(self, result, text):
         self.assertEqual(2, result.returncode, result.stderr)

@@ -4,8 +4,7 @@ import shutil
 import unittest
 from urllib.parse import quote
 
-import pngfile
-from layouttool import STAGE, ToolTest, run, staged
+from layouttool import STAGE, ToolTest, opened, run, staged
 
 try:
     from selenium import webdriver
@@ -41,16 +40,15 @@ class Gallery(GalleryTest):
         for layout in LAYOUTS:
             for language in LANGUAGES:
                 with self.subTest(f"{layout} {language}"):
-                    drawn = pngfile.read(self.render(staged(layout), "--language", language))
-                    shown = pngfile.read(self.page.parent / "pictures" / f"{layout}.{language}.png")
-                    self.assertEqual(drawn, shown)
+                    drawn = opened(self.render(staged(layout), "--language", language))
+                    shown = opened(self.page.parent / "pictures" / f"{layout}.{language}.png")
+                    self.assert_same_picture(drawn, shown)
 
     def test_reduces_the_pictures(self):
         small = self.folder / "small"
         self.assertEqual(0, run("gallery", staged("pinpad"), "-o", small, "--resources", STAGE, "--languages", "en",
                                 "--reduce", "3").returncode)
-        picture = pngfile.read(small / "pictures/pinpad.en.png")
-        self.assertEqual((148, 162), (picture.width, picture.height))
+        self.assertEqual((148, 162), opened(small / "pictures/pinpad.en.png").size)
 
     def test_needs_nothing_from_elsewhere(self):
         for file in self.page.parent.glob("*.*"):

@@ -4,8 +4,7 @@ import os
 import subprocess
 import unittest
 
-import pngfile
-from layouttool import DEMO, TIMEOUT, ToolTest, run, staged
+from layouttool import DEMO, TIMEOUT, ToolTest, opened, run, staged
 
 NAMES = {
     "pinpad": (),
@@ -24,7 +23,7 @@ class Render(ToolTest):
         result = subprocess.run([DEMO, "--display", "png", "--frames", folder, "--log", "none", *options],
                                 stdin=subprocess.DEVNULL, capture_output=True, text=True, timeout=TIMEOUT, check=False)
         self.assertIn(result.returncode, (0, 1), result.stderr)
-        return [pngfile.read(path) for path in sorted(folder.glob("frame-*.png"))]
+        return [opened(path) for path in sorted(folder.glob("frame-*.png"))]
 
     def test_equals_the_first_picture_of_the_secure_display(self):
         for name, options in NAMES.items():
@@ -34,20 +33,19 @@ class Render(ToolTest):
                 orientation = options[options.index("--orientation") + 1] if "--orientation" in options else "landscape"
                 # A press of Up at the upper edge changes nothing: what is shown last is what was shown first.
                 shown = self.frames(*options, "--keys", "Up")[-1]
-                drawn = pngfile.read(self.render(staged(name), "--orientation", orientation))
-                self.assertEqual((shown.width, shown.height), (drawn.width, drawn.height))
-                self.assertEqual(shown.rows, drawn.rows)
+                drawn = opened(self.render(staged(name), "--orientation", orientation))
+                self.assert_same_picture(shown, drawn)
 
     def test_equals_the_secure_display_after_moving_and_typing(self):
         shown = self.frames("--keys", "Right,Return,Return,Down,Down")[-1]
-        drawn = pngfile.read(self.render(staged("pinpad"), "--focus", "8", "--typed", "2"))
-        self.assertEqual(shown.rows, drawn.rows)
+        drawn = opened(self.render(staged("pinpad"), "--focus", "8", "--typed", "2"))
+        self.assert_same_picture(shown, drawn)
 
     def test_equals_the_secure_display_on_another_page(self):
         to_page = "Down*4,Left*14,Return"
         shown = self.frames("--type", "keyboard", "--keys", to_page)[-1]
-        drawn = pngfile.read(self.render(staged("keyboard"), "--page", "symbols", "--focus", "Mode_switch"))
-        self.assertEqual(shown.rows, drawn.rows)
+        drawn = opened(self.render(staged("keyboard"), "--page", "symbols", "--focus", "Mode_switch"))
+        self.assert_same_picture(shown, drawn)
 
     def test_both_ways_of_turning_the_panel_show_the_viewer_the_same(self):
         upright = self.render(staged("vertical-keyboard"), "--orientation", "portrait").read_bytes()
