@@ -1,4 +1,5 @@
-/* Memory in large pages: a page costs a fault when it is first touched, which takes longer than what is done with it. */
+/* Memory in large pages: a page costs a fault when it is first touched, which takes longer than what is done with it.
+ */
 #ifndef VAULTPAD_SOURCE_PAGE_ADVICE_H
 #define VAULTPAD_SOURCE_PAGE_ADVICE_H
 

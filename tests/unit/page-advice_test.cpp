@@ -1,4 +1,6 @@
 // Large pages: what the advice may change, and what it must leave alone.
+#include "page-advice.h"
+
 #include <gtest/gtest.h>
 #include <malloc.h>
 #include <sys/resource.h>
@@ -8,8 +10,6 @@
 #include <fstream>
 #include <string>
 #include <vector>
-
-#include "page-advice.h"
 
 namespace vaultpad::test {
 namespace {
