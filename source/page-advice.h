@@ -1,5 +1,4 @@
-/* Memory in large pages: a page costs a fault when it is first touched, which takes longer than what is done with it.
- */
+/* Memory in large pages: a page's first touch costs a fault, which takes longer than what is done with the page. */
 #ifndef VAULTPAD_SOURCE_PAGE_ADVICE_H
 #define VAULTPAD_SOURCE_PAGE_ADVICE_H
 
