@@ -1,4 +1,5 @@
 // A key on its way to the trusted application and back; beside a message that crosses between two processes.
+#include <sched.h>
 #include <sys/socket.h>
 #include <vaultpad/vaultpad.h>
 
@@ -28,8 +29,19 @@ int rounds() {
     return runsOnce() ? 20 : 2000;
 }
 
+// A processor changes worlds by itself: no other one is woken up for the secure world, nor here for its stand-in.
+void stayOnOneProcessor() {
+    cpu_set_t one;
+    CPU_ZERO(&one);
+    CPU_SET(static_cast<std::size_t>(sched_getcpu()), &one);
+    if (sched_setaffinity(0, sizeof one, &one) != 0) {
+        throw std::runtime_error("this process cannot stay on one processor");
+    }
+}
+
 // {median, 99th percentile} in microseconds. No display: what a television's secure world draws is its own.
 std::vector<double> pressKeys(int type) {
+    stayOnOneProcessor();
     openPad(type);
     constexpr std::array<const char*, 4> kKeys = {"Right", "Down", "Left", "Up"};
     std::vector<double> samples;
@@ -50,6 +62,7 @@ void answerAll(int socket) {
 
 // The same of one byte to another process and back.
 std::vector<double> crossProcesses() {
+    stayOnOneProcessor();
     int ends[2];
     if (socketpair(AF_UNIX, SOCK_SEQPACKET, 0, ends) != 0) {
         throw std::runtime_error("no socket pair");

@@ -11,6 +11,7 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <array>
 #include <chrono>
 #include <cstdio>
 #include <ctime>
@@ -73,16 +74,27 @@ std::vector<double> inChild(Measure&& measure) {
     return figures;
 }
 
-/* The least of each figure over several children: what disturbs a run only ever adds to it. */
-template <typename Measure>
-std::vector<double> bestInChildren(Measure&& measure, int children = 9) {
-    std::vector<double> best = inChild(measure);
+/*
+ * The least of each figure over several children: what disturbs a run only ever adds to it. The children of each
+ * measurement take turns with those of the others, so that one disturbance meets them all.
+ */
+template <typename... Measures>
+std::array<std::vector<double>, sizeof...(Measures)> bestInTurns(int children, Measures&&... measures) {
+    std::array<std::vector<double>, sizeof...(Measures)> best = {inChild(measures)...};
     for (int i = 1; i < (runsOnce() ? 1 : children); ++i) {
-        const std::vector<double> figures = inChild(measure);
-        std::transform(best.begin(), best.end(), figures.begin(), best.begin(),
-                       [](double left, double right) { return std::min(left, right); });
+        auto mine = best.begin();
+        for (const std::vector<double>& figures : {inChild(measures)...}) {
+            std::transform(mine->begin(), mine->end(), figures.begin(), mine->begin(),
+                           [](double left, double right) { return std::min(left, right); });
+            ++mine;
+        }
     }
     return best;
+}
+
+template <typename Measure>
+std::vector<double> bestInChildren(Measure&& measure, int children = 9) {
+    return bestInTurns(children, measure)[0];
 }
 
 /* A benchmark that runs its own repetitions: run(state) sets the iteration time. */
