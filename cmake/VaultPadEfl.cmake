@@ -10,8 +10,11 @@ foreach(directory IN LISTS EFL_INCLUDE_DIRS)
     endif()
 endforeach()
 # Only what is called: pkg-config lists every library of EFL.
-foreach(library IN ITEMS elementary ecore_evas ecore_wl2 ecore efreet evas eina)
+foreach(library IN ITEMS ecore_evas ecore_wl2 ecore evas eina)
     target_link_libraries(vaultpad_efl INTERFACE ${library})
 endforeach()
+# For what is linked with the toolkit's windows; the shared library loads them on demand.
+add_library(vaultpad_efl_windows INTERFACE)
+target_link_libraries(vaultpad_efl_windows INTERFACE vaultpad_efl elementary efreet)
 target_link_directories(vaultpad_efl INTERFACE ${EFL_LIBRARY_DIRS})
 target_compile_options(vaultpad_efl INTERFACE ${EFL_CFLAGS_OTHER})
