@@ -80,7 +80,7 @@ void reportRatio(benchmark::State& state, double changes, double everything, dou
 
 void registerLayout(const Look& look) {
     bench::registerOnce(("cold/" + bench::nameOf(look)).c_str(), [look](benchmark::State& state) {
-        const int children = bench::nameOf(look) == bench::nameOf({kKeyboard}) ? 9 : 5;
+        const int children = bench::nameOf(look) == bench::nameOf({kKeyboard}) ? 15 : 5;
         const auto [changes, everything] = bench::bestInTurns(
             children, [&] { return renderCold(look, false); }, [&] { return renderCold(look, true); });
         // The goal: 18 ms where an engine that redraws everything takes 70.

@@ -13,7 +13,7 @@ import sys
 import tempfile
 import time
 
-RUNS = int(os.environ.get("VAULTPAD_BENCH_ONCE") and 1 or 9)
+RUNS = int(os.environ.get("VAULTPAD_BENCH_ONCE") and 1 or 25)
 NOBODY = 65534
 PATIENCE = 10
 PICTURE = re.compile(r"\[ *(\d+)\.(\d+)\]  -> wl_surface@\d+\.attach\(wl_buffer")
