@@ -1,6 +1,6 @@
-// Elementary, loaded by the first session that grabs keys. Linked, it and the sixty libraries that it needs would add a
-// quarter to the start of every program that uses this library, most of which never open a window through it. What is
-// defined here stands in for the toolkit's functions within the shared library, and is not exported.
+// Elementary, loaded by the first session that grabs keys. Linked, it and the libraries that nothing else needs would
+// lengthen the start of every program that uses this library by half, though most never open a window through it. What
+// is defined here stands in for the toolkit's functions within the shared library, and is not exported.
 #include <Efreet.h>
 #include <Elementary.h>
 #include <dlfcn.h>

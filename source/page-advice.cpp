@@ -20,12 +20,6 @@ bool advise(void* block, std::size_t bytes, int advice) {
     return madvise(reinterpret_cast<void*>(begin), end - begin, advice) == 0;
 }
 
-// The compiler may leave out a block that is freed without having been used, and must not.
-void* allocate(std::size_t bytes) {
-    void* volatile block = std::malloc(bytes);
-    return block;
-}
-
 }  // namespace
 
 bool makePages(void* block, std::size_t bytes) {
@@ -37,10 +31,10 @@ bool makePages(void* block, std::size_t bytes) {
 void growHeapInHugePages(std::size_t bytes) {
     // Once a block that was mapped singly is freed, blocks up to its size come from the heap, and twice as much may be
     // free at the heap's end before that is cut off.
-    std::free(allocate(bytes + 1));
+    std::free(std::malloc(bytes + 1));
     void* blocks[2] = {};
     for (void*& block : blocks) {
-        block = allocate(kReserved / 2);
+        block = std::malloc(kReserved / 2);
         if (block != nullptr) {
             advise(block, kReserved / 2, MADV_HUGEPAGE);
         }

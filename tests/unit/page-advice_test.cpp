@@ -23,12 +23,14 @@ long faults() {
     return usage.ru_minflt;
 }
 
+#ifndef __SANITIZE_ADDRESS__
 // The file has the setting in force in brackets.
 bool systemHasHugePages() {
     std::string settings;
     std::getline(std::ifstream("/sys/kernel/mm/transparent_hugepage/enabled"), settings);
     return !settings.empty() && settings.find("[never]") == std::string::npos;
 }
+#endif
 
 // Of a block that lies on its own, as a canvas does.
 class PageAdvice : public testing::Test {
