@@ -57,9 +57,12 @@ TEST_F(PageAdvice, LeavesWhatABlockHolds) {
     }
 }
 
-TEST_F(PageAdvice, TakesABlockShorterThanAPage) {
-    makePages(block_ + 5, 3);
-    makePages(block_, 0);
+TEST_F(PageAdvice, LeavesWhatABlockShorterThanAPageHolds) {
+    std::memset(block_, 7, 8);
+    for (const std::size_t bytes : {std::size_t{3}, std::size_t{0}}) {
+        makePages(block_ + 5, bytes);
+        EXPECT_EQ(7, block_[5]) << bytes << " bytes";
+    }
 }
 
 TEST_F(PageAdvice, LeavesNothingAllocated) {
